@@ -1,0 +1,228 @@
+/*
+ * DataCache: the in-memory picture of the switch and its fabric.
+ *
+ * One object per process. A client starts it once:
+ *
+ *     DataCache::init();                                    // connects; waits until the switch answers
+ *     DataCache *cache = DataCache::getInstance();
+ *     cache->start(callback);                               // registers for notifications, starts the EVAL thread
+ *     DataCache::releaseInstance();
+ *
+ * From then on the evaluation (EVAL) thread keeps the picture current, driven by the switch's notifications, and
+ * hands every change to the callback as a DataCacheEvent. Each evaluation pass first dispatches the queued
+ * notifications, then refreshes the areas that something asked for, in the order of DataCacheArea.
+ *
+ * Thread-safety: every public operation may be called by any thread. It takes the cache's recursive lock
+ * for its whole run; getInstance() and releaseInstance() take and give back the same lock, so that a client can hold
+ * it over several calls. The EVAL thread holds it for a whole pass, the callback included: queries wait for the
+ * pass to end, and the callback may itself call public operations. Exceptions are init() and start(), which one
+ * thread calls once, and the state conversions, which touch no member.
+ *
+ * Operations whose names begin with an underscore are the routines of the evaluation pass. They are the EVAL
+ * thread's; another caller must hold the lock.
+ *
+ * Errors: operations answer with false, 0 or an empty value, and a line in the log (foundation/cim_log.h). A
+ * failure of the switch never throws.
+ */
+#ifndef DATACACHE_DATACACHE_H
+#define DATACACHE_DATACACHE_H
+
+#include <bitset>
+#include <deque>
+#include <string>
+#include <vector>
+
+#include "datacache/DataCacheEvent.h"
+#include "datacache/pictures.h"
+#include "foundation/Export.h"
+#include "foundation/Wwn.h"
+#include "platform/zovlib.h"
+#include "zoning/ZoningCache.h"
+
+/// The areas of the cache, in the order in which a pass refreshes them.
+enum class DataCacheArea : unsigned char { switchInfo, chassis, blades, ports, accounts, fabric, zoning };
+
+class DATACACHE_EXPORT DataCache : public ZoningCache {
+public:
+    using EventCallback = void (*)(DataCacheEvent *);
+
+    // ---- the one object and its lock (DataCache.cc) --------------------------------------------------
+
+    /// Locks the cache, waiting for a running pass to end, and returns it; null before init(). Pair every call,
+    /// also one that returned null, with releaseInstance() on the same thread.
+    static DataCache *getInstance();
+    static void releaseInstance();
+
+    /// Creates the cache if there is none, connects it and loads the zoning limits. A switch that does not answer is
+    /// tried again every 10 seconds, for ever; the call returns when it is connected. Always true.
+    static bool init();
+
+    /// startEventMonitor(callback), then startEvalThread(), on the object that init() made. Always true.
+    bool start(EventCallback callback);
+
+    /// Logs its passing and releases what the cache holds. It neither stops the EVAL thread nor disconnects, so a cache
+    /// that was started must not be destroyed.
+    ~DataCache() override;
+
+    // ---- connection, registration and the EVAL thread (DataCache.cc) ---------------------------------
+
+    /// Connects if there is no connection, trying again every 10 seconds for ever. Always true.
+    bool startZovlib();
+    /// Keeps the callback (null: events are dropped) and registers for notifications. A code that cannot be
+    /// registered is logged and otherwise ignored. Always true.
+    bool startEventMonitor(EventCallback callback);
+    /// Starts the EVAL thread, which runs a first pass at once; false if it could not be started.
+    bool startEvalThread();
+    /// Body of the EVAL thread; never returns. An exception other than a `char const*` out of a pass ends the process.
+    static void *evalThread(void *unused);
+
+    // ---- the evaluation pass (EvaluationPass.cc) -----------------------------------------------------
+
+    /// One pass: dispatches the queued notifications and refreshes what was asked for; true when all areas are good. A call
+    /// from inside the callback does nothing but return isCacheReady().
+    bool evaluateCaches();
+
+    /// All areas were good at the end of the last pass.
+    bool isCacheReady() const;
+    /// The last refresh of this area succeeded.
+    bool isAreaGood(DataCacheArea area) const;
+    /// A refresh of some area has been asked for and not yet succeeded.
+    bool workToDo() const;
+    /// Notifications that wait for the next pass.
+    unsigned long getQueuedNotificationCount() const;
+    /// Passes that have ended, by an exception or not.
+    unsigned long getPassCount() const;
+
+    /// Ask for a refresh of one area, or of all. The next pass serves it; none of these starts a pass.
+    void updateAll();
+    void updateSwitch();
+    void updateChassis();
+    void updateBlades();
+    void updatePorts();
+    void updateFabric();
+    void updateAccounts();
+    void updateZoning();
+
+    /// Names all 256 local ports, or one of them (0 to 255), for the next port refresh. Another number throws
+    /// std::out_of_range with the text "bitset::set".
+    void localPortRefreshSet();
+    void localPortRefreshSet(int port);
+
+    // ---- the local switch and its chassis (SwitchQueries.cc) -----------------------------------------
+
+    /// The local switch's name; zero until it has been read.
+    Wwn getRootSwitchWorldWideName() const;
+    /// The same as text of 16 hexadecimal digits.
+    std::string getRootSwitchWwn() const;
+    /// Operational statuses of the local switch, the primary one first; empty until they have been read.
+    StatusList getRootSwitchStatus() const;
+    bool isTransparentSwitch() const;
+    bool isFCOESwitch() const;
+    bool isEthernetPassthroughSwitch() const;
+
+    /// The chassis' faults: empty until they have been read, then two values, the self-test fault (32768) and the
+    /// management-processor fault (32769), each 0 when absent.
+    StatusList getSwitchFaults() const;
+    /// Slots of the chassis; 0 for a chassis with a single slot.
+    unsigned short getRootMaxSlots() const;
+    unsigned short getRootPowerSupplyCount() const;
+    unsigned short getRootFanCount() const;
+    /// Hardware state of a power supply or fan, counted from 0: 1 good, 2 bad, 3 not installed, 0 unknown; also 0 for one
+    /// that the chassis does not have.
+    unsigned short getRootPowerSupplyStatus(unsigned short index) const;
+    unsigned short getRootFanStatus(unsigned short index) const;
+
+    // ---- refresh, one routine per area (refresh/) ----------------------------------------------------
+
+    /// Each reloads its area, delivers the events for what changed, and tells whether it succeeded.
+    int _getSwitchInfo();
+    int _getChassisInfo();
+    int _getBladeInfo();
+    int _getPortInfo();
+    bool _getAcctInfo();
+    bool _getFabricInfo();
+    bool _getZoningInfo();
+
+    // ---- state texts of the switch to CIM values (translate.cc) --------------------------------------
+
+    /// Exact, case-sensitive translations without side effects; text that has no translation gives 0.
+    unsigned short _smlConvToHardwareStatus(const char *text) const;
+    unsigned short smlHWTypeToCIMHWType(const std::string &type) const;
+    unsigned short smlTypeToCIMType(const std::string &type) const;
+    StatusList smlPortStateToCIMOperationalStatus(const std::string &state, const std::string &otherState) const;
+    StatusList smlIOBladeStateToCIMOperationalStatus(const std::string &state, const std::string &otherState,
+                                                     const std::string &health) const;
+    StatusList smlSwitchStateToCIMOperationalStatus(const char *state, const StatusList &faults) const;
+
+    // ---- notifications of the switch (notify/) -------------------------------------------------------
+
+    /// What the switch library calls, on a thread of its own: queues a copy of the event and wakes the EVAL thread, or
+    /// logs an event that nothing here handles. Waits for a running pass to end.
+    static void zovlibNotificationCB(void *handle, zov_event_s *event, void *context);
+    /// Appends a record made with `new` to the queue, which owns it from then on. Does not wake the EVAL thread.
+    void queueZovlibEvent(zov_event_s *record);
+    /// Queues a made-up notification; a null source counts as zeros, a null text as empty; text is cut to 1395
+    /// characters. Does not wake the EVAL thread: the record waits for the next pass.
+    void zovlibEventKick(zov_eventcode_e code, zov_eventsource_s *source, const char *text);
+    /// Name of a notification code, "ZOV_EVENT_OTHER" for one that has none.
+    static const char *_tagToString(int code);
+    /// Turns one queued notification into refresh requests and events. Does not free the record.
+    void _zovlibNotificationCB(zov_event_s *record);
+
+private:
+    DataCache();
+
+    struct Area;
+    struct Dispatch;
+    class RunningPass;
+
+    void _drainQueue();
+    void _refreshAreas();
+    bool _areAllAreasGood() const;
+    void _deliver(DataCacheEvent &&event);
+    void _tellPowerSupplyChanges();
+    static void _wakeEvalThread();
+
+    static DataCache *instance;
+
+    // connection and client
+    zov_handle_t _hSwitch = 0;
+    EventCallback _eventCallback = nullptr;
+
+    // notifications that wait for dispatch; the queue owns the records
+    std::deque<zov_event_s *> _eventQueue;
+
+    // areas to refresh; everything at first
+    bool _refreshSwitch = true;
+    bool _refreshChassis = true;
+    bool _refreshBlades = true;
+    bool _refreshPorts = true;
+    bool _refreshFabric = true;
+    bool _refreshAccounts = true;
+    bool _refreshZoning = true;
+
+    // how each area's last refresh ended
+    bool _switchOK = false;
+    bool _chassisOK = false;
+    bool _bladesOK = false;
+    bool _portsOK = false;
+    bool _fabricOK = false;
+    bool _accountsOK = false;
+    bool _zoningOK = false;
+    bool _cacheReady = false;
+
+    // local ports that the next port refresh reads
+    std::bitset<256> _localPortRefresh;
+
+    // pictures
+    SwitchPicture _switch;
+    SwitchPicture _prevSwitch;
+    ChassisPicture _chassis;
+    ChassisPicture _prevChassis;
+
+    // the pass itself
+    bool _passRunning = false; // also while its callbacks run
+    unsigned long _passCount = 0;
+};
+
+#endif // DATACACHE_DATACACHE_H

@@ -1,0 +1,86 @@
+#!/usr/bin/env bash
+# One stage of ./check, which keeps its time and its log. Stops at the first step that fails.
+set -euo pipefail
+top=$(cd "$(dirname "$0")/.." && pwd)
+# shellcheck source=scripts/common.sh
+. "$top/scripts/common.sh"
+cd "$top"
+
+# ./check reads these lines to tell what was being done.
+step() { printf '\n==> %s\n' "$*"; }
+
+# build PRESET [TARGET...]
+build() {
+    if needs_configure "$1"; then
+        step "preparing build/$1"
+        configure_preset "$1"
+    fi
+    step "building build/$1"
+    "${fixed_addresses[@]}" ninja -C "build/$1" "${@:2}"
+}
+
+# tests PRESET [ctest's arguments...]
+tests() {
+    step "tests of build/$1"
+    "${fixed_addresses[@]}" ctest --preset "$1" -j2 "${@:2}"
+}
+
+# ThreadSanitizer does not start where the kernel spreads addresses too widely: spread them not at all. (Building runs
+# the test programs too, for their lists of tests.)
+fixed_addresses=()
+with_fixed_addresses() {
+    ! setarch "$(uname -m)" -R true 2>/dev/null || fixed_addresses=(setarch "$(uname -m)" -R)
+}
+
+# What a newcomer types first. Every start must end well and show something.
+first_start() {
+    local shown
+    step "./run"
+    shown=$(./run)
+    printf '%s\n' "$shown"
+    [ "$(wc -l <<<"$shown")" -ge 10 ] || { echo "./run showed less than a story" && return 1; }
+
+    step "./run -- switch"
+    ./run -- switch
+
+    step "./run with wrong arguments (exit status 2)"
+    local status=0
+    ./run -- no-such-noun || status=$?
+    [ $status -eq 2 ]
+}
+
+case $1 in
+quick)
+    build dev
+    tests dev
+    ;;
+native)
+    build dev
+    tests dev
+    first_start
+    ;;
+lint)
+    build dev datacache zovlib
+    scripts/lint.sh
+    ;;
+asan | ppc32)
+    build "$1"
+    tests "$1"
+    ;;
+tsan)
+    with_fixed_addresses
+    build tsan
+    tests tsan
+    ;;
+repeat)
+    # What comes out once in a while only: races, and tests that need another's leavings.
+    with_fixed_addresses
+    for preset in tsan asan; do
+        build $preset
+        tests $preset --repeat until-fail:10 --schedule-random
+    done
+    ;;
+*)
+    die "stage.sh: there is no stage '$1'"
+    ;;
+esac

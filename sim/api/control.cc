@@ -1,0 +1,58 @@
+// The control interface: a simulated switch in the hands of the program that made it.
+
+#include <stdexcept>
+
+#include "sim/core/Event.h"
+#include "sim/core/Registry.h"
+#include "sim/model/Profile.h"
+
+namespace sim {
+
+namespace {
+
+class SimulatedSwitch final : public Simulator {
+public:
+    explicit SimulatedSwitch(const char *profile)
+        : _endpoint(std::make_shared<Endpoint>(makeSwitch(profile ? profile : ""), true)) {
+        Registry::instance().add(_endpoint);
+    }
+
+    ~SimulatedSwitch() override {
+        Registry::instance().remove(_endpoint);
+        _endpoint->switchOff();
+    }
+
+    void set(const std::string &key, const std::string &value, Notify notify) override {
+        _endpoint->device.change(key, value, notify);
+    }
+    std::string get(const std::string &key) const override { return _endpoint->device.read(key); }
+    std::vector<std::string> keys() const override { return _endpoint->device.keys(); }
+
+    void deliver(const zov_event_s &event) override { _endpoint->notifier.sendToAll(event); }
+    void deliver(int32_t code, const std::array<int32_t, 3> &source, const std::string &text) override {
+        deliver(makeEvent(code, source, text));
+    }
+    bool waitUntilQuiet(std::chrono::milliseconds limit) override { return _endpoint->notifier.waitUntilQuiet(limit); }
+
+    int addFault(const Fault &fault) override { return _endpoint->faults.add(fault); }
+    void removeFault(int number) override { _endpoint->faults.remove(number); }
+    void clearFaults() override { _endpoint->faults.clear(); }
+
+    std::vector<Record> records() const override { return _endpoint->recorder.records(); }
+    void clearRecords() override { _endpoint->recorder.clear(); }
+
+    uint32_t adminModeHolder() const override { return _endpoint->device.adminModeHolder(); }
+    void holdAdminModeElsewhere(bool hold) override { _endpoint->device.holdAdminModeElsewhere(hold); }
+    unsigned connectionCount() const override { return _endpoint->connections; }
+
+private:
+    const std::shared_ptr<Endpoint> _endpoint;
+};
+
+} // namespace
+
+} // namespace sim
+
+extern "C" sim::Simulator *zovsim_create(const char *profile, int version) {
+    return version == sim::kInterfaceVersion ? new sim::SimulatedSwitch(profile) : nullptr;
+}

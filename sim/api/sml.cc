@@ -1,0 +1,160 @@
+// The C interface: SML keys, one by one and in batches.
+
+#include <cstdlib>
+#include <cstring>
+
+#include "sim/api/Call.h"
+#include "sim/core/Message.h"
+
+using namespace sim;
+
+namespace {
+
+/// Longer than any key may be, and enough to tell so.
+constexpr size_t kKeyLimit = sizeof SmlMessage::key;
+
+std::vector<std::string> keysOf(const char *key) {
+    return key ? std::vector<std::string>{std::string(key, strnlen(key, kKeyLimit))} : std::vector<std::string>{};
+}
+
+std::vector<std::string> keysOf(const SmlMessage *messages, int32_t count) {
+    std::vector<std::string> keys;
+    for (int32_t i = 0; messages && i < count; ++i)
+        keys.push_back(keyOf(messages[i]));
+    return keys;
+}
+
+/// What the levers say of one key; null when it is to be served.
+const KeyFault *faultOf(const Verdict &verdict, size_t index) {
+    return index < verdict.keys.size() && verdict.keys[index].applies ? &verdict.keys[index] : nullptr;
+}
+
+int32_t readKey(const Endpoint &endpoint, const Verdict &verdict, const std::string &key, std::string &value) {
+    if (const KeyFault *fault = faultOf(verdict, 0)) {
+        value = fault->value.value_or("");
+        return fault->status;
+    }
+    return key.size() < kKeyLimit ? endpoint.device.get(key, value) : kBadKey;
+}
+
+/// A copy that the client owns, always terminated.
+char *allocated(const std::string &value) {
+    auto *copy = static_cast<char *>(std::malloc(value.size() + 1));
+    if (!copy)
+        throw std::bad_alloc();
+    std::memcpy(copy, value.c_str(), value.size() + 1);
+    return copy;
+}
+
+void answer(const KeyFault &fault, SmlMessage &message) {
+    message.status = fault.status;
+    if (fault.value)
+        putValue(message, *fault.value);
+}
+
+/// The messages that the switch is to serve; the levers have answered the others.
+std::vector<SmlMessage *> messagesToServe(const Verdict &verdict, SmlMessage *messages, int32_t count) {
+    std::vector<SmlMessage *> served;
+    for (int32_t i = 0; i < count; ++i)
+        if (const KeyFault *fault = faultOf(verdict, static_cast<size_t>(i)))
+            answer(*fault, messages[i]);
+        else
+            served.push_back(&messages[i]);
+    return served;
+}
+
+/// A failed read leaves a value that nobody wrote, and a command has none: neither is looked at.
+Exchange exchangeOf(const SmlMessage &message, bool isRead) {
+    std::string value;
+    if (!isRead)
+        value = valueToSet(message);
+    else if (message.status == kOk)
+        value = valueOf(message);
+    return {keyOf(message), value, message.status};
+}
+
+/// Of a batch that was not handled nothing but the keys is known.
+void addExchanges(Record &record, const SmlMessage *messages, int32_t count, bool isRead, bool handled) {
+    for (int32_t i = 0; messages && i < count; ++i)
+        record.exchanges.push_back(handled ? exchangeOf(messages[i], isRead) : Exchange{keyOf(messages[i]), "", 0});
+}
+
+template <class ServeAll> int32_t batch(Call call, SmlMessage *messages, int32_t count, const ServeAll &serveAll) {
+    bool handled = false;
+    const bool isRead = call.reads;
+    const auto serve = [&](Endpoint &endpoint, const Verdict &verdict) -> int32_t {
+        if (!messages || count < 1)
+            return kBadArgument;
+        serveAll(endpoint, messagesToServe(verdict, messages, count));
+        handled = true;
+        return kOk;
+    };
+    return passOnConnection(std::move(call), serve, nothing,
+                            [&](Record &record) { addExchanges(record, messages, count, isRead, handled); });
+}
+
+} // namespace
+
+extern "C" {
+
+/// The size handed out is that of the block: the text and its terminator.
+int32_t zov_smlGet(zov_handle_t handle, const char *key, char **value, uint32_t *size) {
+    return guarded<int32_t>([&] {
+        const Call call{"zov_smlGet", handle, keysOf(key), true};
+        std::string text;
+        const auto serve = [&](Endpoint &endpoint, const Verdict &verdict) -> int32_t {
+            if (!key || !value || !size)
+                return kBadArgument;
+            const int32_t status = readKey(endpoint, verdict, call.keys[0], text);
+            if (status != kOk)
+                return status;
+            *value = allocated(text);
+            *size = static_cast<uint32_t>(text.size() + 1);
+            return kOk;
+        };
+        return passOnConnection(call, serve, nothing, [&](Record &record) {
+            for (const std::string &name : call.keys)
+                record.exchanges.push_back({name, record.result == kOk ? text : "", record.result});
+        });
+    });
+}
+
+int32_t zov_smlGetBatch(zov_handle_t handle, SmlMessage *messages, int32_t count) {
+    return guarded<int32_t>([&] {
+        return batch(
+            {"zov_smlGetBatch", handle, keysOf(messages, count), true}, messages, count,
+            [](const Endpoint &endpoint, const std::vector<SmlMessage *> &served) { endpoint.device.getAll(served); });
+    });
+}
+
+/// The value is the client's to give, not to keep: like the hardware's own library, this one uses its
+/// memory, and leaves an empty text in it.
+int32_t zov_smlSet(zov_handle_t handle, const char *key, char *value) {
+    return guarded<int32_t>([&] {
+        const Call call{"zov_smlSet", handle, keysOf(key)};
+        const std::string text = value && key && !isCommandKey(call.keys[0]) ? value : "";
+        const auto serve = [&](Endpoint &endpoint, const Verdict &verdict) -> int32_t {
+            if (!key || !value)
+                return kBadArgument;
+            value[0] = '\0';
+            if (const KeyFault *fault = faultOf(verdict, 0))
+                return fault->status;
+            return call.keys[0].size() < kKeyLimit ? endpoint.device.set(handle, call.keys[0], text) : kBadKey;
+        };
+        return passOnConnection(call, serve, nothing, [&](Record &record) {
+            for (const std::string &name : call.keys)
+                record.exchanges.push_back({name, text, record.result});
+        });
+    });
+}
+
+int32_t zov_smlSetBatch(zov_handle_t handle, SmlMessage *messages, int32_t count) {
+    return guarded<int32_t>([&] {
+        return batch({"zov_smlSetBatch", handle, keysOf(messages, count)}, messages, count,
+                     [handle](Endpoint &endpoint, const std::vector<SmlMessage *> &served) {
+                         endpoint.device.setAll(handle, served);
+                     });
+    });
+}
+
+} // extern "C"

@@ -1,0 +1,98 @@
+// The C interface: the zoning database of the switch.
+
+#include "sim/api/Call.h"
+#include "sim/zoning/Names.h"
+#include "sim/zoning/Objects.h"
+
+using namespace sim;
+
+namespace {
+
+/// A call that hands out a zone set; what it says of the call's arguments comes before the zone set.
+template <class Fetch>
+int32_t fetchZoneset(const char *call, zov_handle_t handle, void **zoneset, const std::string &arguments,
+                     const Fetch &fetch) {
+    bool served = false;
+    const auto serve = [&](const Endpoint &endpoint, const Verdict &) -> int32_t {
+        if (!zoneset)
+            return kBadArgument;
+        const int32_t status = fetch(endpoint.device.zoning());
+        served = status == kOk;
+        return status;
+    };
+    const auto handOutNothing = [&] {
+        if (zoneset)
+            *zoneset = nullptr;
+    };
+    return passOnConnection({call, handle}, serve, handOutNothing, [&](Record &record) {
+        record.arguments = arguments;
+        if (served)
+            record.arguments += (arguments.empty() ? "" : ", ") + shown(*zoneset);
+    });
+}
+
+} // namespace
+
+extern "C" {
+
+int32_t zov_fzsGetZoningLimitations(zov_handle_t handle, zov_fzs_zoninglimits_s *limits) {
+    const auto serve = [&](const Endpoint &endpoint, const Verdict &) -> int32_t {
+        if (!limits)
+            return kBadArgument;
+        *limits = endpoint.device.zoning().limits;
+        return kOk;
+    };
+    return passOnConnection({"zov_fzsGetZoningLimitations", handle}, serve, nothing, [](Record &) {});
+}
+
+int32_t zov_fzsGetActiveZonesetName(zov_handle_t handle, char *name) {
+    const auto serve = [&](const Endpoint &endpoint, const Verdict &) -> int32_t {
+        if (!name)
+            return kBadArgument;
+        putName(name, endpoint.device.zoning().activeZoneset);
+        return kOk;
+    };
+    return passOnConnection({"zov_fzsGetActiveZonesetName", handle}, serve, nothing, [](Record &) {});
+}
+
+int32_t zov_fzsGetActiveZoneset(zov_handle_t handle, void **zoneset) {
+    return guarded<int32_t>([&] {
+        return fetchZoneset("zov_fzsGetActiveZoneset", handle, zoneset, "",
+                            [](const Zoning &) -> int32_t { return kNotFound; });
+    });
+}
+
+int32_t zov_fzsGetZonesetList(zov_handle_t handle, int32_t *count, char **names) {
+    static char noNames[kLongestName + 1];
+    const auto serve = [&](const Endpoint &, const Verdict &) -> int32_t {
+        if (!count || !names)
+            return kBadArgument;
+        *count = 0;
+        *names = noNames;
+        return kOk;
+    };
+    return passOnConnection({"zov_fzsGetZonesetList", handle}, serve, nothing, [](Record &) {});
+}
+
+int32_t zov_fzsGetZoneset(zov_handle_t handle, const char *name, void **zoneset) {
+    return guarded<int32_t>([&] {
+        return fetchZoneset("zov_fzsGetZoneset", handle, zoneset, shown(name),
+                            [&](const Zoning &) -> int32_t { return name ? kNotFound : kBadArgument; });
+    });
+}
+
+/// The whole database as one zone set, which carries the name that the client gives it.
+int32_t zov_fzsGetAllZonesAndAliases(zov_handle_t handle, const char *newName, void **zoneset) {
+    return guarded<int32_t>([&] {
+        return fetchZoneset("zov_fzsGetAllZonesAndAliases", handle, zoneset, shown(newName),
+                            [&](const Zoning &) -> int32_t {
+                                const std::optional<std::string> name = nameFrom(newName);
+                                if (!name)
+                                    return newName ? kBadName : kBadArgument;
+                                *zoneset = pointerOf(Objects::instance().createZoneSet(*name));
+                                return kOk;
+                            });
+    });
+}
+
+} // extern "C"

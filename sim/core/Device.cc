@@ -1,0 +1,147 @@
+#include "sim/core/Device.h"
+
+#include <cstring>
+#include <stdexcept>
+
+#include "sim/Status.h"
+#include "sim/core/Event.h"
+#include "sim/core/Message.h"
+#include "sim/tree/Rules.h"
+
+namespace sim {
+
+namespace {
+
+/// Throws unless the switch has the key.
+Attribute knownAttribute(const Switch &device, const std::string &key) {
+    const Attribute attribute = findAttribute(device, key);
+    if (!attribute)
+        throw std::invalid_argument("the switch has no attribute '" + key + "'");
+    return attribute;
+}
+
+bool isSupported(const Attribute &attribute, const Switch &device) {
+    return !attribute.row->supported || attribute.row->supported(device);
+}
+
+} // namespace
+
+int32_t Device::get(const std::string &key, std::string &value) const {
+    const std::lock_guard<std::mutex> lock(_mutex);
+    return getLocked(key, value);
+}
+
+int32_t Device::set(zov_handle_t client, const std::string &key, const std::string &value) {
+    const std::lock_guard<std::mutex> lock(_mutex);
+    return setLocked(client, key, value);
+}
+
+void Device::getAll(const std::vector<SmlMessage *> &messages) const {
+    const std::lock_guard<std::mutex> lock(_mutex);
+    for (SmlMessage *message : messages) {
+        std::string value;
+        message->status = hasTerminatedKey(*message) ? getLocked(keyOf(*message), value) : kBadKey;
+        if (message->status == kOk)
+            putValue(*message, value);
+    }
+}
+
+void Device::setAll(zov_handle_t client, const std::vector<SmlMessage *> &messages) {
+    const std::lock_guard<std::mutex> lock(_mutex);
+    for (SmlMessage *message : messages)
+        message->status =
+            hasTerminatedKey(*message) ? setLocked(client, keyOf(*message), valueToSet(*message)) : kBadKey;
+}
+
+int32_t Device::getLocked(const std::string &key, std::string &value) const {
+    const Attribute attribute = findAttribute(_switch, key);
+    if (!attribute)
+        return findCommand(key) ? kNotReadable : kNoSuchKey;
+    if (!isSupported(attribute, _switch))
+        return kNotSupported;
+    value = attribute.read(_switch);
+    return kOk;
+}
+
+int32_t Device::setLocked(zov_handle_t client, const std::string &key, const std::string &value) {
+    if (const Command *command = findCommand(key))
+        return run(client, *command);
+    const Attribute attribute = findAttribute(_switch, key);
+    if (!attribute)
+        return kNoSuchKey;
+    if (attribute.row->access == Access::readOnly)
+        return kReadOnly;
+    if (!_admin.heldBy(client))
+        return kAdminRequired;
+    if (!_edit.isOpen())
+        return kEditRequired;
+    if (!attribute.row->rule->accepts(value))
+        return kBadValue;
+    return _edit.stage(key, value);
+}
+
+int32_t Device::run(zov_handle_t client, const Command &command) {
+    CommandContext context{client, _admin, _edit};
+    const Status status = runCommand(command, context);
+    bool changed = false;
+    for (const auto &[key, value] : context.running)
+        changed |= apply(findAttribute(_switch, key), key, value, Notify::yes);
+    if (changed && context.changed == Configuration::cim)
+        _notifier.send(makeEvent(ZOV_EVENT_CIM_CFG_CHANGE, {0, 0, 0}, "CIM configuration saved"));
+    return status;
+}
+
+/// True when the value is another one than before.
+bool Device::apply(const Attribute &attribute, const std::string &key, const std::string &value, Notify notify) {
+    const std::string before = attribute.read(_switch);
+    attribute.write(_switch, value);
+    if (attribute.read(_switch) == before)
+        return false;
+    if (notify == Notify::yes && attribute.row->notification != 0)
+        _notifier.send(makeEvent(attribute.row->notification, {0, 0, 0}, key + " is now " + value));
+    return true;
+}
+
+Zoning Device::zoning() const {
+    const std::lock_guard<std::mutex> lock(_mutex);
+    return _switch.zoning;
+}
+
+void Device::change(const std::string &key, const std::string &value, Notify notify) {
+    const std::lock_guard<std::mutex> lock(_mutex);
+    const Attribute attribute = knownAttribute(_switch, key);
+    if (!attribute.row->rule->accepts(value))
+        throw std::invalid_argument("'" + key + "' cannot be '" + value +
+                                    "'; allowed: " + attribute.row->rule->allowed);
+    apply(attribute, key, value, notify);
+}
+
+std::string Device::read(const std::string &key) const {
+    const std::lock_guard<std::mutex> lock(_mutex);
+    return knownAttribute(_switch, key).read(_switch);
+}
+
+std::vector<std::string> Device::keys() const {
+    const std::lock_guard<std::mutex> lock(_mutex);
+    return allKeys(_switch);
+}
+
+zov_handle_t Device::adminModeHolder() const {
+    const std::lock_guard<std::mutex> lock(_mutex);
+    return _admin.holder();
+}
+
+/// The other client takes admin mode even from a connection that holds it, as an operator at the console can.
+void Device::holdAdminModeElsewhere(bool hold) {
+    const std::lock_guard<std::mutex> lock(_mutex);
+    if (hold == _admin.heldBy(kOtherClient))
+        return;
+    if (!hold)
+        _admin.force(0);
+    else {
+        _admin.force(kOtherClient);
+        _edit.drop();
+    }
+}
+
+} // namespace sim

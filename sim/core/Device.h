@@ -1,0 +1,64 @@
+/*
+ * The switch itself: its state, who may change it, and what it tells when it changes.
+ *
+ * Everything is strict: what a client asks is done exactly or refused with a status. A change and its
+ * notification are one step, so notifications go out in the order of the changes.
+ *
+ * Thread-safe.
+ */
+#ifndef SIM_CORE_DEVICE_H
+#define SIM_CORE_DEVICE_H
+
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include "sim/Simulator.h"
+#include "sim/core/Notifier.h"
+#include "sim/model/Switch.h"
+#include "sim/session/Commands.h"
+#include "sim/tree/Tree.h"
+
+namespace sim {
+
+class Device {
+public:
+    Device(Switch state, Notifier &notifier) : _notifier(notifier), _switch(std::move(state)) {}
+
+    // ---- as clients reach it ---------------------------------------------------------------------
+
+    /// Reads one key; `value` is untouched unless the result is kOk.
+    int32_t get(const std::string &key, std::string &value) const;
+    /// Sets one key or runs one command.
+    int32_t set(zov_handle_t client, const std::string &key, const std::string &value);
+    /// The same for the messages of a batch, all in one step; every message is handled.
+    void getAll(const std::vector<SmlMessage *> &messages) const;
+    void setAll(zov_handle_t client, const std::vector<SmlMessage *> &messages);
+
+    Zoning zoning() const;
+
+    // ---- as the switch's own hardware and software reach it; errors as in Simulator.h -----------------
+
+    void change(const std::string &key, const std::string &value, Notify notify);
+    std::string read(const std::string &key) const;
+    std::vector<std::string> keys() const;
+
+    zov_handle_t adminModeHolder() const;
+    void holdAdminModeElsewhere(bool hold);
+
+private:
+    int32_t getLocked(const std::string &key, std::string &value) const;
+    int32_t setLocked(zov_handle_t client, const std::string &key, const std::string &value);
+    int32_t run(zov_handle_t client, const Command &command);
+    bool apply(const Attribute &attribute, const std::string &key, const std::string &value, Notify notify);
+
+    Notifier &_notifier;
+    mutable std::mutex _mutex;
+    Switch _switch;
+    AdminMode _admin;
+    ConfigEdit _edit;
+};
+
+} // namespace sim
+
+#endif // SIM_CORE_DEVICE_H

@@ -1,0 +1,98 @@
+#include "sim/model/Chassis.h"
+
+#include <iterator>
+
+#include "platform/zovlib.h"
+#include "sim/model/Switch.h"
+#include "sim/tree/Rules.h"
+
+namespace sim {
+
+namespace {
+
+using Units = std::vector<std::string> Chassis::*;
+
+template <Units units> unsigned unitCount(const Switch &device) {
+    return static_cast<unsigned>((device.chassis.*units).size());
+}
+
+template <Units units> std::string readUnitCount(const Switch &device, unsigned) {
+    return std::to_string(unitCount<units>(device));
+}
+
+/// Units that come with a larger chassis are good ones.
+template <Units units> void writeUnitCount(Switch &device, unsigned, const std::string &value) {
+    (device.chassis.*units).resize(*toNumber(value), "Good");
+}
+
+template <Units units> std::string readUnit(const Switch &device, unsigned index) {
+    return (device.chassis.*units)[index];
+}
+
+template <Units units> void writeUnit(Switch &device, unsigned index, const std::string &value) {
+    (device.chassis.*units)[index] = value;
+}
+
+unsigned slotCount(const Switch &device) {
+    return static_cast<unsigned>(device.chassis.slots.size());
+}
+
+std::string readSlotCount(const Switch &device, unsigned) {
+    return std::to_string(slotCount(device));
+}
+
+void writeSlotCount(Switch &device, unsigned, const std::string &value) {
+    device.chassis.slots.resize(*toNumber(value));
+}
+
+std::string readSlotFaults(const Switch &device, unsigned slot) {
+    return device.chassis.slots[slot].faultList;
+}
+
+void writeSlotFaults(Switch &device, unsigned slot, const std::string &value) {
+    device.chassis.slots[slot].faultList = value;
+}
+
+std::string readFaults(const Switch &device, unsigned) {
+    return device.chassis.faultList;
+}
+
+void writeFaults(Switch &device, unsigned, const std::string &value) {
+    device.chassis.faultList = value;
+}
+
+/// Without enhanced fault monitoring the switch has no fault lists to show.
+bool monitorsFaults(const Switch &device) {
+    return device.identity.enhancedFaultMonitoring;
+}
+
+template <Units units> constexpr Row countOf(const char *key) {
+    return {
+        key, Access::readOnly, &kCountRule, ZOV_EVENT_CHASSIS_OPERCHANGE, readUnitCount<units>, writeUnitCount<units>};
+}
+
+template <Units units> constexpr Row unit(const char *pattern) {
+    return {pattern,         Access::readOnly, &kHardwareRule,  ZOV_EVENT_CHASSIS_OPERCHANGE,
+            readUnit<units>, writeUnit<units>, unitCount<units>};
+}
+
+constexpr Row kRows[] = {
+    countOf<&Chassis::powerSupplies>("Oper.Chassis.0.PowerSupplies"),
+    unit<&Chassis::powerSupplies>("Oper.Chassis.0.PowerSupply.%u"),
+    countOf<&Chassis::fans>("Oper.Chassis.0.Fans"),
+    unit<&Chassis::fans>("Oper.Chassis.0.Fan.%u"),
+    {"Oper.Chassis.0.MaxSlots", Access::readOnly, &kCountRule, ZOV_EVENT_CHASSIS_OPERCHANGE, readSlotCount,
+     writeSlotCount},
+    {"Oper.Switch.FaultList", Access::readOnly, &kTextRule, ZOV_EVENT_SWITCH_FAULT_CHANGE, readFaults, writeFaults,
+     nullptr, monitorsFaults},
+    {"Oper.Blade.%u.FaultList", Access::readOnly, &kTextRule, ZOV_EVENT_SWITCH_FAULT_CHANGE, readSlotFaults,
+     writeSlotFaults, slotCount, monitorsFaults},
+};
+
+} // namespace
+
+Rows chassisRows() {
+    return {kRows, std::size(kRows)};
+}
+
+} // namespace sim

@@ -1,0 +1,97 @@
+/*
+ * The access layer: how the cache, and the provider that loads it, talk SML to the switch.
+ *
+ * The switch is a tree of SML keys, dotted texts such as "Oper.Switch.WWN". A read gets keys; a write or a
+ * command sets keys, a command carrying its arguments inside its key. This layer adds to the switch library's
+ * own calls: growable batches of messages, the scan that tells whether a batch failed, and single gets and
+ * sets with printf-style keys.
+ *
+ * Thread-safety: the layer has no locks. Different threads may use it at the same time on different
+ * groups and messages; one group or array belongs to one thread at a time.
+ *
+ * Errors: results are the switch library's, 0 for success. Nothing here throws. What is logged stands
+ * with each function. A null group, array or out pointer is refused with result 1.
+ *
+ * Serves C and C++.
+ */
+#ifndef SWLIB_MERO_ZOV_LIB_H
+#define SWLIB_MERO_ZOV_LIB_H
+
+#include <stdint.h>
+
+#include "foundation/Export.h"
+#include "platform/zovlib.h"
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* The open connection to the switch; 0 until the cache has connected (DataCache::init()). Functions without
+   a handle argument use it. Written once, by the cache. */
+extern DATACACHE_EXPORT zov_handle_t hSwitch;
+
+/* ---- message groups: batches that grow ----------------------------------------------------------- */
+
+typedef struct SmlMsgGroup {
+    int32_t count;    /* messages added so far */
+    int32_t capacity; /* messages that fit */
+    SmlMessage *messages;
+} SmlMsgGroup;
+
+/* A new empty group with room for `capacity` messages (at least the first add of a group made with 0 grows it);
+   null without memory. Free it with zov_smlFreeMsgGroup(). The messages are not cleared. */
+DATACACHE_EXPORT SmlMsgGroup *zov_smlAllocMsgGroup(uint32_t capacity);
+
+/* Adds a message with the formatted key, cut to 255 characters; its value and status stay as they happen to
+   be in the block. A full group grows by 25. Returns 0, or 1 when the group could not grow: then the group
+   is gone, and the caller must neither use nor free it. */
+DATACACHE_EXPORT int zov_smlAddMsgGroupV(SmlMsgGroup *group, const char *format, ...)
+    __attribute__((format(printf, 2, 3)));
+
+/* Empties the group; its room is kept. */
+DATACACHE_EXPORT void zov_smlResetMsgGroup(SmlMsgGroup *group);
+
+/* Reads, or sets, all keys of the group in one exchange. 0 when all were handled; 1 when some key failed (the
+   first one is logged as isErrors() says); else the switch library's result of the exchange. */
+DATACACHE_EXPORT int32_t zov_smlGetMsgGroup(SmlMsgGroup *group);
+DATACACHE_EXPORT int32_t zov_smlSetMsgGroup(SmlMsgGroup *group);
+
+/* Status of message `index` (from 0), and through `value` its value text, which belongs to the group and must
+   not be used unless the status is 0. An index outside the group returns 1 and leaves `value` as it was. */
+DATACACHE_EXPORT int32_t zov_smlGetResult(SmlMsgGroup *group, int32_t index, char **value);
+
+/* Frees the group; null is allowed. */
+DATACACHE_EXPORT void zov_smlFreeMsgGroup(SmlMsgGroup *group);
+
+/* 1 if any of `count` messages has a non-zero status, else 0. The first of those is logged at level 2 with key
+   and status, unless its status is 24, the switch's normal end of a list. */
+DATACACHE_EXPORT int isErrors(const SmlMessage *messages, int32_t count);
+
+/* ---- single keys --------------------------------------------------------------------------------- */
+
+/* Reads the formatted key (cut to 255 characters). On success `*value` is a text of `*size` bytes allocated by the
+   switch library, which the caller frees with zov_libFreeMemory(). Logs the key at level 2, and a failure at
+   level 4, unless the result is 103: the switch does not have this attribute. */
+DATACACHE_EXPORT int32_t zov_smlGetV(zov_handle_t handle, char **value, uint32_t *size, const char *format, ...)
+    __attribute__((format(printf, 4, 5)));
+
+/* Sets the formatted key (cut to 255 characters), or runs a command: commands take an empty value. `value` is
+   not changed; null counts as empty. Logs the key at level 2 and a failure at level 4. */
+DATACACHE_EXPORT int32_t zov_smlSetV(zov_handle_t handle, const char *value, const char *format, ...)
+    __attribute__((format(printf, 3, 4)));
+
+/* ---- batch writes in an edit session of their own ------------------------------------------------ */
+
+/* Takes admin mode, opens an edit of the configuration, sets the messages in one exchange, saves and activates; a
+   failure on the way cancels the edit. Admin mode is given back in any case. 0, or the first failure, which a
+   failed cancel and a failed release of admin mode outrank, in this order. Logs nothing. */
+DATACACHE_EXPORT int32_t zov_smlBatchSet(zov_handle_t handle, SmlMessage *messages, int32_t count);
+
+/* The same for the CIM configuration, which needs no activation. */
+DATACACHE_EXPORT int32_t zov_smlBatchCimSet(zov_handle_t handle, SmlMessage *messages, int32_t count);
+
+#ifdef __cplusplus
+} /* extern "C" */
+#endif
+
+#endif /* SWLIB_MERO_ZOV_LIB_H */

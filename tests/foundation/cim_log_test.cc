@@ -1,0 +1,282 @@
+// What one line looks like. The clock and the conversion of its time are the test's own.
+#include "foundation/cim_log.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+#include <ctime>
+#include <string>
+#include <thread>
+
+#include <dlfcn.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <sys/time.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "tests/support/Log.h"
+
+namespace {
+
+constexpr time_t kSecond = 1700000008; // 14 November 2023, 22:13:28 UTC
+constexpr size_t kLongestLine = 2055;
+
+timeval now = {kSecond, 42999};
+bool localtime_fails = false;
+int conversions = 0;
+
+} // namespace
+
+extern "C" int gettimeofday(timeval *__restrict time, void *__restrict) noexcept {
+    *time = now;
+    return 0;
+}
+
+extern "C" tm *localtime(const time_t *time) noexcept {
+    using Function = tm *(*)(const time_t *);
+    static const auto real = reinterpret_cast<Function>(dlsym(RTLD_NEXT, "localtime"));
+    ++conversions;
+    return localtime_fails ? nullptr : real(time);
+}
+
+namespace {
+
+std::string ids() {
+    return std::to_string(getpid()) + "/" + std::to_string(syscall(SYS_gettid)) + " ";
+}
+
+class CimLog : public testing::Test {
+protected:
+    CimLog() { setZone("UTC0"); }
+
+    static void setZone(const char *zone) { setenv("TZ", zone, 1); }
+    static void setClock(time_t second, int microseconds) {
+        now.tv_sec = second;
+        now.tv_usec = microseconds;
+    }
+
+    /// What has been added to a file since the last call.
+    std::string added() { return newIn(support::kMainLog, _mainSize); }
+    std::string addedCritical() { return newIn(support::kCriticalLog, _criticalSize); }
+
+private:
+    static std::string newIn(const char *name, size_t &size) {
+        const std::string all = support::readFile(name);
+        const std::string text = all.substr(std::min(size, all.size()));
+        size = all.size();
+        return text;
+    }
+
+    size_t _mainSize = support::readFile(support::kMainLog).size();
+    size_t _criticalSize = support::readFile(support::kCriticalLog).size();
+};
+
+TEST_F(CimLog, ALineIsTimeIdsAndMessage) {
+    cim_log(CIM_LOG_INFO, "DCACHE: text\n");
+    EXPECT_EQ(added(), "11/14 22:13:28.042 " + ids() + "DCACHE: text\n");
+}
+
+TEST_F(CimLog, MonthDayAndTimeHaveTwoDigitsEach) {
+    setClock(1704164645, 0);
+    cim_log(CIM_LOG_INFO, "x\n");
+    EXPECT_EQ(added(), "01/02 03:04:05.000 " + ids() + "x\n");
+}
+
+TEST_F(CimLog, MillisecondsAreCutAndHaveThreeDigits) {
+    struct Row {
+        int microseconds;
+        const char *text;
+    };
+    for (const Row &row : {Row{0, ".000 "}, Row{999, ".000 "}, Row{1000, ".001 "}, Row{9999, ".009 "}, Row{10000, ".010 "},
+                           Row{99999, ".099 "}, Row{100000, ".100 "}, Row{999000, ".999 "}, Row{999999, ".999 "}}) {
+        setClock(kSecond, row.microseconds);
+        cim_log(CIM_LOG_INFO, "x\n");
+        EXPECT_EQ(added(), std::string("11/14 22:13:28") + row.text + ids() + "x\n");
+    }
+}
+
+TEST_F(CimLog, LevelsDecideTheFiles) {
+    struct Row {
+        unsigned int level;
+        bool main;
+        bool critical;
+    };
+    constexpr Row rows[] = {
+        {0, false, false},          {1, true, false},           {CIM_LOG_INFO, true, false}, {3, true, false},
+        {CIM_LOG_CRIT, true, true}, {5, true, true},            {6, true, true},             {7, true, true},
+        {CIM_LOG_CLIENT, true, false}, {9, true, false},        {10, true, false},           {11, true, false},
+        {12, true, true},           {13, true, true},           {14, true, true},            {15, true, true},
+        {16, false, false},         {17, true, false},          {0x12, true, false},         {0x14, true, true},
+        {0x20, false, false},       {0x40, false, false},       {0xF0, false, false},        {0x48, true, false},
+        {0x80000000, false, false}, {0xFFFFFFF0, false, false}, {0xFFFFFFF4, true, true},    {0xFFFFFFFF, true, true},
+    };
+    for (const Row &row : rows) {
+        cim_log(row.level, "level %u\n", row.level);
+        const std::string line = "11/14 22:13:28.042 " + ids() + "level " + std::to_string(row.level) + "\n";
+        EXPECT_EQ(added(), row.main ? line : "") << row.level;
+        EXPECT_EQ(addedCritical(), row.critical ? line : "") << row.level;
+    }
+    EXPECT_EQ(CIM_LOG_INFO, 2U);
+    EXPECT_EQ(CIM_LOG_CRIT, 4U);
+    EXPECT_EQ(CIM_LOG_CLIENT, 8U);
+}
+
+TEST_F(CimLog, ClientsLinesGoToTheMainFileOnly) {
+    DataCacheLogger("client %s %d\n", "line", 7);
+    EXPECT_EQ(added(), "11/14 22:13:28.042 " + ids() + "client line 7\n");
+    EXPECT_EQ(addedCritical(), "");
+}
+
+TEST_F(CimLog, MessagesAreFormattedAsPrintfDoes) {
+    cim_log(CIM_LOG_INFO, "%d|%5u|%-5x|%05.1f|%s|%.2s|%c|%lld|%%|%*d\n", -7, 42U, 0xABU, 2.25, "text", "cut", 'c',
+            -5000000000LL, 4, 9);
+    EXPECT_EQ(added(), "11/14 22:13:28.042 " + ids() + "-7|   42|ab   |002.2|text|cu|c|-5000000000|%|   9\n");
+}
+
+TEST_F(CimLog, NothingIsAddedToAMessage) {
+    cim_log(CIM_LOG_INFO, "one");
+    cim_log(CIM_LOG_INFO, "%s", "");
+    cim_log(CIM_LOG_INFO, "two\n");
+    const std::string prefix = "11/14 22:13:28.042 " + ids();
+    EXPECT_EQ(added(), prefix + "one" + prefix + prefix + "two\n");
+}
+
+TEST_F(CimLog, ANullFormatIsAnEmptyMessage) {
+    const char *none = nullptr;
+    cim_log(CIM_LOG_INFO, none);
+    EXPECT_EQ(added(), "11/14 22:13:28.042 " + ids());
+}
+
+TEST_F(CimLog, ALineIsCutAt2055BytesAndThenHasNoNewline) {
+    for (const bool withTime : {true, false}) {
+        localtime_fails = !withTime;
+        setClock(kSecond + (withTime ? 1 : 2), 42999);
+        const std::string prefix = (withTime ? "11/14 22:13:29.042 " : "") + ids();
+        for (const size_t wanted : {kLongestLine - 2, kLongestLine - 1, kLongestLine, kLongestLine + 1, kLongestLine + 2,
+                                    kLongestLine + 100, size_t{5000}}) {
+            const std::string message = std::string(wanted - prefix.size() - 1, 'x') + "\n";
+            cim_log(CIM_LOG_CRIT, "%s", message.c_str());
+            const std::string expected = (prefix + message).substr(0, kLongestLine);
+            EXPECT_EQ(added(), expected) << "a line of " << wanted;
+            EXPECT_EQ(addedCritical(), expected) << "a line of " << wanted;
+            EXPECT_EQ(expected.back() == '\n', wanted <= kLongestLine);
+        }
+    }
+}
+
+TEST_F(CimLog, AMessageOf3000CharactersMakesALineOf2055Bytes) {
+    const std::string message(3000, 'm');
+    DataCacheLogger("%s\n", message.c_str());
+    const std::string line = added();
+    EXPECT_EQ(line.size(), kLongestLine);
+    EXPECT_EQ(line.back(), 'm');
+    cim_log(CIM_LOG_INFO, "next\n");
+    EXPECT_EQ(added(), "11/14 22:13:28.042 " + ids() + "next\n");
+}
+
+TEST_F(CimLog, ATimeThatCannotBeConvertedIsLeftOut) {
+    localtime_fails = true;
+    cim_log(CIM_LOG_CRIT, "no time\n");
+    EXPECT_EQ(added(), ids() + "no time\n");
+    EXPECT_EQ(addedCritical(), ids() + "no time\n");
+}
+
+TEST_F(CimLog, TheTimeIsConvertedOncePerSecond) {
+    conversions = 0;
+    for (const int microseconds : {0, 1000, 999999})
+        setClock(kSecond, microseconds), cim_log(CIM_LOG_INFO, "x\n");
+    EXPECT_EQ(conversions, 1);
+    setClock(kSecond + 1, 0);
+    cim_log(CIM_LOG_INFO, "x\n");
+    EXPECT_EQ(conversions, 2);
+    setClock(kSecond, 0); // somebody put the clock back
+    cim_log(CIM_LOG_INFO, "x\n");
+    EXPECT_EQ(conversions, 3);
+    const std::string text = added();
+    EXPECT_EQ(text.substr(text.size() - (std::string("11/14 22:13:28.000 ") + ids() + "x\n").size()),
+              "11/14 22:13:28.000 " + ids() + "x\n");
+}
+
+TEST_F(CimLog, AFailingConversionIsSeenUntilTheNextSecond) {
+    setClock(kSecond, 1000);
+    cim_log(CIM_LOG_INFO, "good\n");
+    localtime_fails = true;
+    cim_log(CIM_LOG_INFO, "as before\n");
+    EXPECT_EQ(added(),
+              "11/14 22:13:28.001 " + ids() + "good\n" + "11/14 22:13:28.001 " + ids() + "as before\n");
+    setClock(kSecond + 1, 2000);
+    cim_log(CIM_LOG_INFO, "failed\n");
+    localtime_fails = false;
+    cim_log(CIM_LOG_INFO, "still\n");
+    EXPECT_EQ(added(), ids() + "failed\n" + ids() + "still\n");
+    setClock(kSecond + 2, 3000);
+    cim_log(CIM_LOG_INFO, "good again\n");
+    EXPECT_EQ(added(), "11/14 22:13:30.003 " + ids() + "good again\n");
+}
+
+TEST_F(CimLog, ANewTimeZoneIsSeenFromTheNextSecondOn) {
+    cim_log(CIM_LOG_INFO, "x\n");
+    setZone("EST5");
+    cim_log(CIM_LOG_INFO, "x\n");
+    setClock(kSecond + 1, 0);
+    cim_log(CIM_LOG_INFO, "x\n");
+    EXPECT_EQ(added(), "11/14 22:13:28.042 " + ids() + "x\n" + "11/14 22:13:28.042 " + ids() + "x\n" +
+                           "11/14 17:13:29.000 " + ids() + "x\n");
+}
+
+TEST_F(CimLog, TheIdsAreTheProcessAndTheCallingThread) {
+    std::string threadsIds;
+    std::thread thread([&threadsIds] {
+        threadsIds = ids();
+        cim_log(CIM_LOG_INFO, "thread\n");
+    });
+    thread.join();
+    cim_log(CIM_LOG_INFO, "main\n");
+    EXPECT_NE(threadsIds, ids());
+    EXPECT_EQ(added(), "11/14 22:13:28.042 " + threadsIds + "thread\n" + "11/14 22:13:28.042 " + ids() + "main\n");
+}
+
+TEST_F(CimLog, AChildProcessLogsUnderItsOwnIds) {
+    cim_log(CIM_LOG_INFO, "parent\n");
+    added();
+    const pid_t child = fork();
+    ASSERT_NE(child, -1);
+    if (child == 0) {
+        cim_log(CIM_LOG_INFO, "child\n");
+        _exit(0);
+    }
+    ASSERT_EQ(waitpid(child, nullptr, 0), child);
+    const std::string id = std::to_string(child);
+    EXPECT_EQ(added(), "11/14 22:13:28.042 " + id + "/" + id + " child\n");
+}
+
+TEST_F(CimLog, ErrnoStaysAsItWas) {
+    ASSERT_EQ(mkdir(support::kCriticalLog, 0700), 0) << "so that an open fails";
+    localtime_fails = true;
+    for (const int before : {0, EBADF, ENOENT}) {
+        errno = before;
+        cim_log(CIM_LOG_CRIT, "line\n");
+        EXPECT_EQ(errno, before);
+        errno = before;
+        DataCacheLogger("line\n");
+        EXPECT_EQ(errno, before);
+        errno = before;
+        cim_log(0, "line\n");
+        EXPECT_EQ(errno, before);
+    }
+}
+
+TEST_F(CimLog, MessagesMayNameTheCallersError) {
+    ASSERT_EQ(mkdir(support::kCriticalLog, 0700), 0) << "so that an open fails";
+    const char *format = "failed: %m %d\n"; // the compiler does not know %m
+    localtime_fails = true;
+    for (int line = 1; line <= 2; ++line) {
+        errno = ENOSPC;
+        cim_log(CIM_LOG_INFO, format, line);
+        EXPECT_EQ(added(), ids() + "failed: No space left on device " + std::to_string(line) + "\n");
+    }
+}
+
+} // namespace

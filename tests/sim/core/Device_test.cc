@@ -1,0 +1,80 @@
+#include "sim/core/Device.h"
+
+#include <stdexcept>
+#include <thread>
+
+#include <gtest/gtest.h>
+
+#include "tests/sim/Client.h"
+
+using simtest::Client;
+
+TEST(Device, ServesEveryKeyOfABatchAndReportsEachOne) {
+    const auto device = sim::create();
+    const Client client;
+    const std::vector<SmlMessage> messages =
+        client.getBatch({"Oper.Switch.WWN", "Oper.Nothing", "Cmd.Switch.ReqAdmin", "Oper.Chassis.0.Fan.2"});
+    EXPECT_EQ(client.batchResult, 0);
+    EXPECT_EQ(messages[0].status, 0);
+    EXPECT_STREQ(messages[0].value, "100000C0DD00A1B2");
+    EXPECT_EQ(messages[1].status, simtest::kNoSuchKey);
+    EXPECT_EQ(messages[2].status, simtest::kNotReadable);
+    EXPECT_EQ(messages[3].status, 0);
+    EXPECT_STREQ(messages[3].value, "Good");
+}
+
+TEST(Device, SettingIsCheckedStepByStep) {
+    const auto device = sim::create();
+    const Client client;
+    EXPECT_EQ(client.set("Config.Switch.Color", "True"), simtest::kNoSuchKey);
+    EXPECT_EQ(client.set("Oper.Switch.OperState", "Offline"), simtest::kReadOnly);
+    EXPECT_EQ(client.set("Config.Mfg.BrandName", "x"), simtest::kReadOnly);
+    EXPECT_EQ(client.set("Config.Switch.TransparentMode", "True"), simtest::kAdminRequired);
+    ASSERT_EQ(client.set("Cmd.Switch.ReqAdmin"), 0);
+    EXPECT_EQ(client.set("Config.Switch.TransparentMode", "True"), simtest::kEditRequired);
+    ASSERT_EQ(client.set("Cmd.Switch.EditConfig"), 0);
+    EXPECT_EQ(client.set("Config.Switch.TransparentMode", "Maybe"), simtest::kBadValue);
+    EXPECT_EQ(client.set("Config.Switch.TransparentMode", "True"), 0);
+    EXPECT_EQ(device->get("Oper.Switch.OperState"), "Online");
+}
+
+TEST(Device, ARefusedChangeChangesAndSaysNothing) {
+    const auto device = sim::create();
+    Client client;
+    ASSERT_EQ(client.registerFor({32, 33}), 0);
+    EXPECT_THROW(device->set("Oper.Switch.OperState", "Sideways"), std::invalid_argument);
+    EXPECT_THROW(device->set("Oper.Chassis.0.Fan.3", "Bad"), std::invalid_argument);
+    EXPECT_THROW(device->set("Cmd.Switch.ReqAdmin", ""), std::invalid_argument);
+    EXPECT_THROW(device->get("Cmd.Switch.ReqAdmin"), std::invalid_argument);
+    EXPECT_EQ(device->get("Oper.Switch.OperState"), "Online");
+    EXPECT_EQ(client.codes(*device), std::vector<int32_t>());
+}
+
+TEST(Device, ABatchSeesOneStateOfTheSwitch) {
+    const auto device = sim::create();
+    const Client client;
+    std::thread flips([&device] {
+        for (int i = 0; i < 500; ++i)
+            device->set("Oper.Switch.DomainID", i % 2 ? "1" : "2");
+    });
+    for (int i = 0; i < 500; ++i) {
+        const std::vector<SmlMessage> messages =
+            client.getBatch({"Oper.Switch.DomainID", "Oper.Switch.WWN", "Oper.Switch.DomainID"});
+        EXPECT_STREQ(messages[0].value, messages[2].value);
+    }
+    flips.join();
+}
+
+TEST(Device, ANewSwitchRemembersNothingOfTheOldOne) {
+    auto device = sim::create();
+    device->set("Oper.Switch.OperState", "Downed");
+    device->set("Oper.Chassis.0.Fans", "9");
+    device->holdAdminModeElsewhere(true);
+    device.reset();
+    device = sim::create();
+    EXPECT_EQ(device->get("Oper.Switch.OperState"), "Online");
+    EXPECT_EQ(device->get("Oper.Chassis.0.Fans"), "3");
+    EXPECT_EQ(device->adminModeHolder(), 0U);
+    EXPECT_TRUE(device->records().empty());
+    EXPECT_EQ(device->connectionCount(), 0U);
+}

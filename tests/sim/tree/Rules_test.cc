@@ -1,0 +1,53 @@
+#include "sim/tree/Rules.h"
+
+#include <stdexcept>
+
+#include <gtest/gtest.h>
+
+#include "tests/sim/Client.h"
+
+namespace {
+
+/// What the switch says when an attribute is given a value it cannot take.
+std::string refusal(const char *key, const std::string &value) {
+    const auto device = sim::create();
+    try {
+        device->set(key, value);
+    } catch (const std::invalid_argument &error) {
+        return error.what();
+    }
+    return "taken";
+}
+
+} // namespace
+
+TEST(Rules, ARefusalSaysWhatIsAllowed) {
+    EXPECT_EQ(refusal("Oper.Switch.FCOEFeature", "true"),
+              "'Oper.Switch.FCOEFeature' cannot be 'true'; allowed: True, False");
+    EXPECT_EQ(refusal("Oper.Switch.OperState", "Up"),
+              "'Oper.Switch.OperState' cannot be 'Up'; allowed: Online, Offline, Diagnostics, Downed");
+    EXPECT_EQ(refusal("Oper.Chassis.0.Fan.0", "Broken"),
+              "'Oper.Chassis.0.Fan.0' cannot be 'Broken'; allowed: Good, Bad, NotInstalled");
+    EXPECT_EQ(refusal("Oper.Switch.WWN", "0"), "'Oper.Switch.WWN' cannot be '0'; allowed: 16 hexadecimal digits");
+    EXPECT_EQ(refusal("Oper.Switch.DomainID", "0"), "'Oper.Switch.DomainID' cannot be '0'; allowed: 1 to 239");
+    EXPECT_EQ(refusal("Oper.Chassis.0.Fans", "256"), "'Oper.Chassis.0.Fans' cannot be '256'; allowed: 0 to 255");
+    EXPECT_EQ(refusal("Oper.Switch.Nop", std::string(256, 'x')),
+              "'Oper.Switch.Nop' cannot be '" + std::string(256, 'x') + "'; allowed: a text of at most 255 characters");
+    EXPECT_EQ(refusal("Oper.Switch.Color", "red"), "the switch has no attribute 'Oper.Switch.Color'");
+}
+
+TEST(Rules, WwnsHaveSixteenDigitsOfEitherCase) {
+    EXPECT_EQ(refusal("Oper.Switch.WWN", "0123456789abcDEF"), "taken");
+    EXPECT_EQ(refusal("Oper.Switch.WWN", "0000000000000000"), "taken");
+    for (const char *value :
+         {"0123456789abcde", "0123456789abcdef0", "0123456789abcde/", "0123456789abcde:", "0123456789abcde@",
+          "0123456789abcdeG", "0123456789abcde`", "0123456789abcdeg", "10:00:00:C0:DD:00", "0123456789abcde\xE9"})
+        EXPECT_NE(refusal("Oper.Switch.WWN", value), "taken") << value;
+}
+
+TEST(Rules, NumbersArePlainAndWithinTheirRange) {
+    for (const char *value : {"1", "9", "10", "239"})
+        EXPECT_EQ(refusal("Oper.Switch.DomainID", value), "taken") << value;
+    for (const char *value : {"0", "240", "01", "+1", "-1", "1.0", " 1", "0x1", "", "9999999999"})
+        EXPECT_NE(refusal("Oper.Switch.DomainID", value), "taken") << value;
+}

@@ -1,0 +1,62 @@
+#include "tests/support/CacheTest.h"
+
+#include <map>
+
+namespace support {
+
+CacheTest::CacheTest() = default;
+
+// Takes the switch off the wire while what its notifications reach is still there.
+CacheTest::~CacheTest() {
+    theSwitch.reset();
+}
+
+DataCache &CacheTest::cache() {
+    DataCache *theCache = DataCache::getInstance();
+    DataCache::releaseInstance();
+    return *theCache;
+}
+
+void CacheTest::connect() {
+    DataCache::init();
+    cache().startEventMonitor(recordEvent);
+    forget();
+}
+
+void CacheTest::forget() {
+    takeEvents();
+    theSwitch->clearRecords();
+    _logMark = logMark();
+}
+
+bool CacheTest::pass() {
+    forget();
+    return cache().evaluateCaches();
+}
+
+bool CacheTest::passAfterNotifications() {
+    EXPECT_TRUE(theSwitch->waitUntilQuiet());
+    return pass();
+}
+
+void CacheTest::load() {
+    connect();
+    pass();
+    forget();
+}
+
+std::vector<std::string> CacheTest::traffic() const {
+    static const std::map<std::string, std::string> verbs = {
+        {"zov_smlGet", "get"}, {"zov_smlGetBatch", "get"}, {"zov_smlSet", "set"}, {"zov_smlSetBatch", "set"}};
+    std::vector<std::string> lines;
+    for (const sim::Record &record : theSwitch->records()) {
+        const auto verb = verbs.find(record.call);
+        std::string line = verb != verbs.end() ? verb->second : record.call;
+        for (const sim::Exchange &exchange : record.exchanges)
+            line += " " + exchange.key;
+        lines.push_back(line);
+    }
+    return lines;
+}
+
+} // namespace support

@@ -1,0 +1,146 @@
+/*
+ * The memory calls of this process, counted and, when asked, failing.
+ *
+ * This header DEFINES malloc() and its kin, so include it in the one source file of a test program that needs it. The library
+ * under test takes them from there too. Counts and failures concern the calling thread only.
+ */
+#ifndef TESTS_SUPPORT_MEMORY_H
+#define TESTS_SUPPORT_MEMORY_H
+
+#include <cerrno>
+#include <cstddef>
+#include <cstdlib>
+#include <new>
+
+#include <dlfcn.h>
+
+namespace support {
+
+/// Blocks asked for by this thread: malloc, calloc, realloc, aligned_alloc, posix_memalign and operator new.
+inline thread_local long blocks_asked_for = 0;
+/// Blocks that this thread was given and has not yet given back. (Threads that free each other's blocks shift it.)
+inline thread_local long blocks_held = 0;
+/// Calls until one fails: 1 lets the next call fail, 0 none.
+inline thread_local long calls_until_failure = 0;
+
+/// Lets the n-th memory call of this thread in this scope fail (1: the first).
+class MemoryFailure {
+public:
+    explicit MemoryFailure(long call) { calls_until_failure = call; }
+    ~MemoryFailure() { calls_until_failure = 0; }
+    MemoryFailure(const MemoryFailure &) = delete;
+    MemoryFailure &operator=(const MemoryFailure &) = delete;
+
+    /// Whether that call has been made.
+    static bool happened() { return calls_until_failure == 0; }
+};
+
+/// Counts a call; true when it is to fail. (No thread sanitizer here: these run before it does.)
+__attribute__((no_sanitize_thread)) inline bool memoryCallFails() {
+    ++blocks_asked_for;
+    if (calls_until_failure == 0 || --calls_until_failure != 0)
+        return false;
+    errno = ENOMEM;
+    return true;
+}
+
+/// The function of this name that this header stands before.
+template <class Function>
+__attribute__((no_sanitize_thread)) inline Function *next(Function *&found, const char *name) {
+    if (found == nullptr)
+        found = reinterpret_cast<Function *>(dlsym(RTLD_NEXT, name));
+    return found;
+}
+
+/// Counts what a call gave.
+__attribute__((no_sanitize_thread)) inline void *held(void *block) {
+    blocks_held += block != nullptr ? 1 : 0;
+    return block;
+}
+
+inline void (*next_free)(void *) = nullptr;
+inline bool finding_free = false; // which may itself free an old error text
+inline void *(*next_malloc)(size_t) = nullptr;
+inline void *(*next_calloc)(size_t, size_t) = nullptr;
+inline void *(*next_realloc)(void *, size_t) = nullptr;
+inline void *(*next_aligned_alloc)(size_t, size_t) = nullptr;
+inline int (*next_posix_memalign)(void **, size_t, size_t) = nullptr;
+
+} // namespace support
+
+extern "C" {
+
+__attribute__((no_sanitize_thread)) void free(void *block) noexcept {
+    support::blocks_held -= block != nullptr ? 1 : 0;
+    if (support::finding_free)
+        return; // once, a few bytes, before main()
+    support::finding_free = support::next_free == nullptr;
+    const auto real = support::next(support::next_free, "free");
+    support::finding_free = false;
+    real(block);
+}
+
+__attribute__((no_sanitize_thread)) void *malloc(size_t size) noexcept {
+    if (support::memoryCallFails())
+        return nullptr;
+    return support::held(support::next(support::next_malloc, "malloc")(size));
+}
+
+__attribute__((no_sanitize_thread)) void *calloc(size_t count, size_t size) noexcept {
+    if (support::memoryCallFails())
+        return nullptr;
+    return support::held(support::next(support::next_calloc, "calloc")(count, size));
+}
+
+__attribute__((no_sanitize_thread)) void *realloc(void *block, size_t size) noexcept {
+    if (support::memoryCallFails())
+        return nullptr;
+    void *grown = support::next(support::next_realloc, "realloc")(block, size);
+    return block == nullptr ? support::held(grown) : grown;
+}
+
+__attribute__((no_sanitize_thread)) void *aligned_alloc(size_t alignment, size_t size) noexcept {
+    if (support::memoryCallFails())
+        return nullptr;
+    return support::held(support::next(support::next_aligned_alloc, "aligned_alloc")(alignment, size));
+}
+
+__attribute__((no_sanitize_thread)) int posix_memalign(void **block, size_t alignment, size_t size) noexcept {
+    if (support::memoryCallFails())
+        return ENOMEM;
+    const int result = support::next(support::next_posix_memalign, "posix_memalign")(block, alignment, size);
+    support::blocks_held += result == 0 ? 1 : 0;
+    return result;
+}
+
+} // extern "C"
+
+// The sanitizers have operators of their own, which would pass malloc() by.
+void *operator new(std::size_t size) {
+    if (void *block = malloc(size))
+        return block;
+    throw std::bad_alloc();
+}
+void *operator new[](std::size_t size) {
+    return operator new(size);
+}
+void *operator new(std::size_t size, const std::nothrow_t &) noexcept {
+    return malloc(size);
+}
+void *operator new[](std::size_t size, const std::nothrow_t &) noexcept {
+    return malloc(size);
+}
+void operator delete(void *block) noexcept {
+    free(block);
+}
+void operator delete[](void *block) noexcept {
+    free(block);
+}
+void operator delete(void *block, std::size_t) noexcept {
+    free(block);
+}
+void operator delete[](void *block, std::size_t) noexcept {
+    free(block);
+}
+
+#endif // TESTS_SUPPORT_MEMORY_H

@@ -1,0 +1,145 @@
+// The built program from outside: what it prints, where, and how it exits.
+#include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
+
+#include "tests/tools/RunDcache.h"
+
+using support::runDcache;
+using support::Stdout;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+namespace {
+
+const std::string kSwitchTable = "WWN                    10:00:00:C0:DD:00:A1:B2\n"
+                                 "operational status     OK (2)\n"
+                                 "faults                 none\n"
+                                 "transparent mode       off\n"
+                                 "FCoE                   not present\n"
+                                 "Ethernet pass-through  not present\n";
+
+} // namespace
+
+TEST(CommandLine, SwitchIsATable) {
+    for (const support::Arguments &arguments : std::vector<support::Arguments>{
+             {"switch"}, {"switch", "show"}, {"-o", "table", "switch"}, {"switch", "--output=table"}}) {
+        const auto run = runDcache(arguments);
+        EXPECT_EQ(run.exitCode, 0);
+        EXPECT_EQ(run.out, kSwitchTable);
+        EXPECT_THAT(run.err, IsEmpty());
+    }
+}
+
+TEST(CommandLine, SwitchAsJson) {
+    const auto run = runDcache({"switch", "show", "-o", "json"});
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_EQ(nlohmann::json::parse(run.out), nlohmann::json::parse(R"({
+        "wwn": "10:00:00:C0:DD:00:A1:B2", "operationalStatus": [2, 0, 0], "state": "OK", "faults": [],
+        "transparent": false, "fcoe": false, "ethernetPassthrough": false})"));
+}
+
+TEST(CommandLine, ChassisInAllThreeForms) {
+    EXPECT_EQ(runDcache({"chassis"}).out, "slots   none (single-slot chassis)\n"
+                                          "faults  none\n"
+                                          "\n"
+                                          "POWER SUPPLY  STATE\n"
+                                          "1             good\n"
+                                          "2             good\n"
+                                          "\n"
+                                          "FAN  STATE\n"
+                                          "1    good\n"
+                                          "2    good\n"
+                                          "3    good\n");
+    EXPECT_EQ(nlohmann::json::parse(runDcache({"-o", "json", "chassis"}).out), nlohmann::json::parse(R"({
+        "slots": 0, "faults": [],
+        "powerSupplies": [{"number": 1, "state": "good"}, {"number": 2, "state": "good"}],
+        "fans": [{"number": 1, "state": "good"}, {"number": 2, "state": "good"}, {"number": 3, "state": "good"}]})"));
+    EXPECT_EQ(runDcache({"chassis", "-o", "terse"}).out, "slots=0\n"
+                                                         "faults=\n"
+                                                         "powerSupplies.1.number=1\n"
+                                                         "powerSupplies.1.state=good\n"
+                                                         "powerSupplies.2.number=2\n"
+                                                         "powerSupplies.2.state=good\n"
+                                                         "fans.1.number=1\n"
+                                                         "fans.1.state=good\n"
+                                                         "fans.2.number=2\n"
+                                                         "fans.2.state=good\n"
+                                                         "fans.3.number=3\n"
+                                                         "fans.3.state=good\n");
+}
+
+TEST(CommandLine, HelpGoesToStdoutAndGivesAnExample) {
+    const std::vector<std::pair<support::Arguments, std::string>> rows = {
+        {{"--help"}, "dcache watch --story demo\n"},
+        {{"watch", "--help"}, "dcache watch --story demo --speed 2\n"},
+        {{"switch", "--help"}, "dcache switch -o json\n"},
+        {{"chassis", "show", "--help"}, "dcache chassis -o json\n"},
+    };
+    for (const auto &[arguments, example] : rows) {
+        const auto run = runDcache(arguments);
+        EXPECT_EQ(run.exitCode, 0);
+        EXPECT_THAT(run.out, HasSubstr(example));
+        EXPECT_THAT(run.err, IsEmpty());
+    }
+}
+
+TEST(CommandLine, HelpFitsEightyColumns) {
+    for (const support::Arguments &arguments :
+         std::vector<support::Arguments>{{"--help"}, {"watch", "--help"}, {"switch", "--help"}})
+        for (const std::string &line : support::lines(runDcache(arguments).out))
+            EXPECT_LE(line.size(), 80u) << line;
+}
+
+TEST(CommandLine, VersionIsOneLine) {
+    const auto run = runDcache({"--version"});
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_THAT(run.out, testing::MatchesRegex("dcache [0-9]+\\.[0-9]+\\.[0-9]+\n"));
+}
+
+TEST(CommandLine, UsageErrorsExitWithTwoAndKeepStdoutEmpty) {
+    const std::vector<support::Arguments> wrong = {
+        {},
+        {"swich"},
+        {"switch", "hide"},
+        {"switch", "chassis"},
+        {"switch", "-o", "xml"},
+        {"switch", "--colour"},
+        {"watch", "--for", "soon"},
+        {"watch", "--for", "-1"},
+        {"watch", "--for", "nan"},
+        {"watch", "--for", "inf"},
+        {"watch", "--for"},
+        {"watch", "--story", "nosuchstory"},
+        {"watch", "--story", "demo", "--speed", "0"},
+        {"watch", "--speed", "2"},
+    };
+    for (const support::Arguments &arguments : wrong) {
+        const auto run = runDcache(arguments);
+        EXPECT_EQ(run.exitCode, 2) << testing::PrintToString(arguments);
+        EXPECT_THAT(run.out, IsEmpty()) << testing::PrintToString(arguments);
+        EXPECT_THAT(run.err, testing::StartsWith("dcache: ")) << testing::PrintToString(arguments);
+    }
+}
+
+TEST(CommandLine, ColourIsForTerminalsOnly) {
+    const support::Environment terminal = {{"TERM", "xterm"}, {"NO_COLOR", ""}};
+    EXPECT_THAT(runDcache({"switch"}, Stdout::terminal, terminal).out, HasSubstr("\x1b[32mOK (2)\x1b[0m"));
+    EXPECT_EQ(runDcache({"switch"}, Stdout::pipe, terminal).out, kSwitchTable);
+    EXPECT_EQ(runDcache({"switch", "-o", "json"}, Stdout::terminal, terminal).out.find('\x1b'), std::string::npos);
+    EXPECT_EQ(runDcache({"switch"}, Stdout::terminal, {{"TERM", "xterm"}, {"NO_COLOR", "1"}}).out.find('\x1b'),
+              std::string::npos);
+}
+
+TEST(CommandLine, AReaderThatWentAwayIsAQuietFailure) {
+    const auto run = runDcache({"switch"}, Stdout::pipeWithoutReader);
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_THAT(run.err, IsEmpty());
+}
+
+TEST(CommandLine, AnOutputThatCannotBeWrittenIsAFailureWithAReason) {
+    for (const Stdout kind : {Stdout::fullDevice, Stdout::closed}) {
+        const auto run = runDcache({"switch"}, kind);
+        EXPECT_EQ(run.exitCode, 1);
+        EXPECT_THAT(run.err, testing::StartsWith("dcache: cannot write to standard output: "));
+    }
+}

@@ -1,0 +1,90 @@
+#include "tools/dcache/render.h"
+
+#include <gmock/gmock.h>
+
+using namespace dcache;
+
+namespace {
+
+Report sample() {
+    Report report;
+    report.facts = {
+        {"name", "name", {"edge 1", "edge 1", Tone::accent}},
+        {"status", "operational status", {{2, 0, 0}, "OK (2)", Tone::good}},
+        {"hidden", nullptr, {true, "yes"}},
+    };
+    report.listings = {
+        {"fans",
+         {{"number", "FAN"}, {"state", "STATE"}},
+         {{{1, "1"}, {"good", "good", Tone::good}}, {{12, "12"}, {"not installed", "not installed"}}}},
+        {"slots", {{"number", "SLOT"}}, {}},
+    };
+    return report;
+}
+
+} // namespace
+
+TEST(Render, ATableAlignsLabelsAndColumns) {
+    EXPECT_EQ(render(sample(), Format::table, false), "name                edge 1\n"
+                                                      "operational status  OK (2)\n"
+                                                      "\n"
+                                                      "FAN  STATE\n"
+                                                      "1    good\n"
+                                                      "12   not installed\n"
+                                                      "\n"
+                                                      "SLOT\n");
+}
+
+TEST(Render, ColourChangesNeitherWordsNorAlignment) {
+    std::string coloured = render(sample(), Format::table, true);
+    EXPECT_THAT(coloured, testing::HasSubstr("\x1b[32mOK (2)\x1b[0m\n"));
+    EXPECT_THAT(coloured, testing::HasSubstr("\x1b[1mFAN\x1b[0m  \x1b[1mSTATE\x1b[0m\n"));
+    for (size_t at = coloured.find('\x1b'); at != std::string::npos; at = coloured.find('\x1b'))
+        coloured.erase(at, coloured.find('m', at) - at + 1);
+    EXPECT_EQ(coloured, render(sample(), Format::table, false));
+}
+
+TEST(Render, JsonHasEveryFactUnderItsKeyAndListsAsArraysEvenWhenEmpty) {
+    const std::string text = render(sample(), Format::json, true);
+    EXPECT_EQ(text.find('\x1b'), std::string::npos);
+    EXPECT_EQ(nlohmann::json::parse(text), nlohmann::json::parse(R"({
+        "name": "edge 1", "status": [2, 0, 0], "hidden": true,
+        "fans": [{"number": 1, "state": "good"}, {"number": 12, "state": "not installed"}],
+        "slots": []})"));
+}
+
+TEST(Render, JsonKeepsTheOrderOfTheFacts) {
+    const std::string text = render(sample(), Format::json, false);
+    EXPECT_LT(text.find("\"name\""), text.find("\"status\""));
+    EXPECT_LT(text.find("\"status\""), text.find("\"hidden\""));
+    EXPECT_LT(text.find("\"hidden\""), text.find("\"fans\""));
+}
+
+TEST(Render, TerseIsOneKeyAndValuePerLine) {
+    EXPECT_EQ(render(sample(), Format::terse, true), "name=edge 1\n"
+                                                     "status=2,0,0\n"
+                                                     "hidden=true\n"
+                                                     "fans.1.number=1\n"
+                                                     "fans.1.state=good\n"
+                                                     "fans.2.number=12\n"
+                                                     "fans.2.state=not installed\n");
+}
+
+TEST(Render, TerseValuesStayOnOneLine) {
+    EXPECT_EQ(terseValue("a\tb\nc"), "a\\x09b\\x0Ac");
+    EXPECT_EQ(terseValue({"x", "y"}), "x,y");
+    EXPECT_EQ(terseValue(nlohmann::ordered_json::array()), "");
+    EXPECT_EQ(terseValue(false), "false");
+    EXPECT_EQ(terseValue(7), "7");
+}
+
+TEST(Render, JsonOfBytesThatAreNoUtf8IsStillJson) {
+    const std::string text = jsonLine({{"user", "a\xff\xfe"}});
+    EXPECT_EQ(nlohmann::json::parse(text).at("user"), "a\xef\xbf\xbd\xef\xbf\xbd");
+}
+
+TEST(Render, PaintLeavesTextAloneWithoutColourOrTone) {
+    EXPECT_EQ(painted("bad", Tone::bad, false), "bad");
+    EXPECT_EQ(painted("bad", Tone::plain, true), "bad");
+    EXPECT_EQ(painted("bad", Tone::bad, true), "\x1b[1;31mbad\x1b[0m");
+}

@@ -1,0 +1,144 @@
+// `dcache watch` from outside.
+#include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
+
+#include "tests/tools/RunDcache.h"
+
+using support::DcacheRun;
+using support::runDcache;
+using support::Stdout;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+namespace {
+
+const support::Arguments kFastDemo = {"watch", "--story", "demo", "--speed", "20"};
+
+const std::string kDemo = R"(TIME  switch  power supply 2 goes bad
+TIME  event   power supply 2 failed, 1 of 2 good
+TIME  switch  power supply 2 is pulled out
+TIME  event   power supply 2 removed, 1 of 2 good
+TIME  switch  a new power supply 2 is put in
+TIME  event   power supply 2 installed
+TIME  switch  fan 1 fails
+              (no event: fans are kept up to date, but raise no events)
+TIME  switch  the switch goes offline
+TIME  event   switch status OK, faults not read -> Stopped, no faults
+TIME  switch  the switch comes back online
+TIME  event   switch status Stopped -> OK
+TIME  switch  a self-test fails: FW_POST_FAIL in the fault list
+              (no event: the fault list is read with the chassis, next time)
+TIME  switch  fan 1 runs again
+              (no event: the fault list is read now, the switch status not yet)
+TIME  switch  the FCoE feature is turned on
+TIME  event   switch status OK, no faults -> Error, self-test failed
+TIME  switch  a login as "guest" is refused
+TIME  event   login of user "guest" failed
+TIME  switch  the CPU overheats
+TIME  event   temperature alarm: too hot, CPU0 sensor
+)";
+
+support::Arguments fastDemoAs(const std::string &format) {
+    support::Arguments arguments = kFastDemo;
+    arguments.insert(arguments.end(), {"-o", format});
+    return arguments;
+}
+
+} // namespace
+
+TEST(Watch, TheDemoShowsWhatHappensAndWhatTheCacheMakesOfIt) {
+    const auto run = runDcache(kFastDemo);
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_EQ(support::withoutTimes(run.out), kDemo);
+    EXPECT_THAT(run.err, HasSubstr("Connected to switch 10:00:00:C0:DD:00:A1:B2, status OK.\n"));
+    EXPECT_THAT(run.err, HasSubstr("11 changes on the switch raised 8 events"));
+}
+
+TEST(Watch, TheDemoFitsEightyColumns) {
+    for (const std::string &line : support::lines(runDcache(kFastDemo).out))
+        EXPECT_LE(line.size(), 80u) << line;
+}
+
+TEST(Watch, EachLineOfTheDemoAsJsonIsAnObject) {
+    const auto run = runDcache(fastDemoAs("json"));
+    EXPECT_EQ(run.exitCode, 0);
+    std::vector<std::string> kinds;
+    std::vector<nlohmann::json> events;
+    for (const std::string &line : support::lines(run.out)) {
+        const auto object = nlohmann::json::parse(line);
+        EXPECT_THAT(object.at("time").get<std::string>(),
+                    testing::MatchesRegex("....-..-..T..:..:..\\....Z")); // 2026-03-01T09:05:07.004Z
+        kinds.push_back(object.at("kind"));
+        if (kinds.back() == "event")
+            events.push_back(object);
+    }
+    EXPECT_THAT(kinds, ElementsAre("switch", "event", "switch", "event", "switch", "event", "switch", "no-event",
+                                   "switch", "event", "switch", "event", "switch", "no-event", "switch", "no-event",
+                                   "switch", "event", "switch", "event", "switch", "event"));
+    ASSERT_EQ(events.size(), 8u);
+    EXPECT_EQ(events[0].at("type"), 21);
+    EXPECT_EQ(events[0].at("name"), "PowerSupplyFail");
+    EXPECT_EQ(events[0].at("fields"),
+              nlohmann::json::parse(R"({"switchWwn": "10:00:00:C0:DD:00:A1:B2", "number": 2, "count": 1})"));
+    EXPECT_EQ(events[5].at("fields").at("newStatus"), nlohmann::json::parse("[6, 32768, 0]"));
+}
+
+TEST(Watch, TheDemoInTerseFormIsSeparatedByTabs) {
+    const auto run = runDcache(fastDemoAs("terse"));
+    EXPECT_EQ(run.exitCode, 0);
+    const auto lines = support::lines(run.out);
+    ASSERT_EQ(lines.size(), 22u);
+    EXPECT_THAT(lines[0], testing::EndsWith("Z\tswitch\tpower supply 2 goes bad"));
+    EXPECT_THAT(lines[1],
+                testing::EndsWith("Z\tevent\tPowerSupplyFail\tswitchWwn=10:00:00:C0:DD:00:A1:B2\tnumber=2\tcount=1"));
+    EXPECT_THAT(lines[11], testing::EndsWith("\tprevStatus=10,0,0\tnewStatus=2,0,0"));
+}
+
+TEST(Watch, ThroughAPipeThereAreNoEscapeCodesAndOnATerminalThereAre) {
+    const support::Environment terminal = {{"TERM", "xterm"}, {"NO_COLOR", ""}};
+    EXPECT_EQ(runDcache(kFastDemo, Stdout::pipe, terminal).out.find('\x1b'), std::string::npos);
+    EXPECT_THAT(runDcache(kFastDemo, Stdout::terminal, terminal).out,
+                HasSubstr("\x1b[1mpower supply 2 failed, 1 of 2 good\x1b[0m"));
+    EXPECT_EQ(runDcache(kFastDemo, Stdout::terminal, {{"TERM", "xterm"}, {"NO_COLOR", "1"}}).out.find('\x1b'),
+              std::string::npos);
+}
+
+TEST(Watch, SaysWhichAreasAreLoadedAndWhichAreNot) {
+    const auto run = runDcache({"watch", "--for", "0.3"});
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_THAT(run.err, HasSubstr("Loaded into the cache: switch, chassis"));
+    EXPECT_THAT(run.out, IsEmpty()) << "a switch on which nothing happens raises no events";
+}
+
+TEST(Watch, EndsAfterTheTimeGivenAlthoughTheStoryGoesOn) {
+    const auto begin = std::chrono::steady_clock::now();
+    const auto run = runDcache({"watch", "--story", "demo", "--speed", "0.1", "--for", "0.5"});
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_GE(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(500));
+    EXPECT_THAT(run.out, IsEmpty()) << "the first step comes after five seconds at this speed";
+    EXPECT_EQ(run.err.find("story is over"), std::string::npos);
+}
+
+TEST(Watch, ASignalEndsItWithSuccess) {
+    for (const int number : {SIGINT, SIGTERM}) {
+        DcacheRun run({"watch"});
+        ASSERT_TRUE(run.waitForStderr("Loaded into the cache"));
+        run.sendSignal(number);
+        EXPECT_EQ(run.wait(), 0);
+    }
+}
+
+TEST(Watch, EndsQuietlyWhenNobodyReadsIt) {
+    for (const support::Arguments &arguments : {kFastDemo, support::Arguments{"watch"}}) {
+        const auto run = runDcache(arguments, Stdout::pipeWithoutReader);
+        EXPECT_EQ(run.exitCode, 1);
+        EXPECT_EQ(run.err.find("dcache: "), std::string::npos) << run.err;
+    }
+}
+
+TEST(Watch, AnOutputThatIsFullIsAFailureWithAReason) {
+    const auto run = runDcache(kFastDemo, Stdout::fullDevice);
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_THAT(run.err, HasSubstr("dcache: cannot write to standard output: No space left on device\n"));
+}

@@ -1,0 +1,24 @@
+#include "tools/dcache/commands/facts.h"
+
+#include <fmt/format.h>
+
+#include "tools/dcache/words.h"
+
+namespace dcache {
+
+Cell faultsCell(const StatusList &faults) {
+    Cell cell{nlohmann::ordered_json::array(), "", Tone::bad};
+    for (const unsigned short fault : faults) {
+        if (fault != 0) {
+            cell.value.push_back(statusWord(fault));
+            cell.text += fmt::format("{}{} ({})", cell.text.empty() ? "" : ", ", statusWord(fault), fault);
+        }
+    }
+    if (cell.text.empty()) {
+        cell.text = faults.empty() ? "not read" : "none";
+        cell.tone = faults.empty() ? Tone::faint : Tone::good;
+    }
+    return cell;
+}
+
+} // namespace dcache

@@ -1,0 +1,42 @@
+/*
+ * The events of the cache in words and as named fields: one row per event class.
+ *
+ * Pure functions, callable from any thread, also inside the cache's callback. An event whose type nothing here knows
+ * is described as such.
+ */
+#ifndef TOOLS_DCACHE_EVENTS_H
+#define TOOLS_DCACHE_EVENTS_H
+
+#include <nlohmann/json.hpp>
+#include <string>
+#include <vector>
+
+#include "datacache/DataCacheEvent.h"
+
+namespace dcache {
+
+/// What an event does not carry itself and its words need.
+struct Surroundings {
+    Wwn ownSwitch;                    ///< the switch that is watched; events about it need not name it
+    unsigned short powerSupplies = 0; ///< supplies of the chassis; 0 when the supplies are blades
+};
+
+/// One field of an event: its name as declared and its value; world-wide names in colon form, status lists as
+/// arrays of numbers.
+struct Field {
+    const char *name;
+    nlohmann::ordered_json value;
+};
+
+struct EventDescription {
+    int32_t type;
+    const char *name;          ///< the class's name without "DCEvent"
+    std::string words;         ///< one line, printable ASCII
+    std::vector<Field> fields; ///< in order of declaration
+};
+
+EventDescription describe(const DataCacheEvent &event, const Surroundings &surroundings);
+
+} // namespace dcache
+
+#endif // TOOLS_DCACHE_EVENTS_H

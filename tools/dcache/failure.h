@@ -1,0 +1,31 @@
+/*
+ * Why the tool gives up: exceptions that main() turns into a message on stderr and exit code 1.
+ */
+#ifndef TOOLS_DCACHE_FAILURE_H
+#define TOOLS_DCACHE_FAILURE_H
+
+#include <cstring>
+#include <stdexcept>
+#include <string>
+
+namespace dcache {
+
+/// Something asked for cannot be done; what() is a sentence for the person at the prompt.
+class Failure : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/// Standard output takes no more. With EPIPE the reader went away, which is no news to anybody.
+class OutputFailed : public std::runtime_error {
+public:
+    explicit OutputFailed(int errorNumber)
+        : std::runtime_error(std::string("cannot write to standard output: ") + std::strerror(errorNumber)),
+          error(errorNumber) {}
+
+    const int error;
+};
+
+} // namespace dcache
+
+#endif // TOOLS_DCACHE_FAILURE_H

@@ -1,0 +1,174 @@
+#include "tools/dcache/live.h"
+
+#include <algorithm>
+#include <fmt/format.h>
+#include <string>
+
+#include "tools/dcache/cache.h"
+#include "tools/dcache/failure.h"
+#include "tools/dcache/interruption.h"
+#include "tools/dcache/journal.h"
+#include "tools/dcache/simulator.h"
+#include "tools/dcache/words.h"
+
+namespace dcache {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr std::chrono::milliseconds kGlance{2};       // between two looks at the cache
+constexpr std::chrono::milliseconds kCalm{30};        // without another pass: the cache is at rest
+constexpr std::chrono::milliseconds kPatience{10000}; // for the cache to come to rest
+
+// The cache's callback takes no context. Never destroyed: the EVAL thread may still run while the process ends.
+Journal *theJournal = nullptr;
+
+void tellEvent(DataCacheEvent *event) {
+    const CacheLock cache;
+    const Surroundings around = {cache->getRootSwitchWorldWideName(), cache->getRootPowerSupplyCount()};
+    theJournal->tellEvent(describe(*event, around));
+}
+
+/// Stops the journal when the watch ends, however it ends.
+struct JournalCloser {
+    ~JournalCloser() { theJournal->close(); }
+};
+
+/// The time a watch has, and what may cut it short.
+class TimeFrame {
+public:
+    TimeFrame(Interruption &interruption, std::optional<std::chrono::duration<double>> duration)
+        : _interruption(interruption) {
+        if (duration)
+            _end = Clock::now() + std::chrono::duration_cast<Clock::duration>(*duration);
+    }
+
+    /// Waits until `time`; false when the watch is over before that.
+    bool waitUntil(Clock::time_point time) {
+        const Clock::time_point until = _end ? std::min(time, *_end) : time;
+        return !_interruption.wait(until) && !(_end && Clock::now() >= *_end);
+    }
+
+    void waitForEnd() { _interruption.wait(_end); }
+
+private:
+    Interruption &_interruption;
+    std::optional<Clock::time_point> _end;
+};
+
+struct Progress {
+    unsigned long queued;
+    unsigned long passes;
+};
+
+Progress progress() {
+    const CacheLock cache;
+    return {cache->getQueuedNotificationCount(), cache->getPassCount()};
+}
+
+enum class Rest { reached, notReached, cutShort };
+
+/// Waits until the cache has worked through everything the switch has notified: nothing on its way, nothing queued, at
+/// least one pass made, and no further pass for a while (a pass may ask for one more).
+Rest waitForRest(TimeFrame &time, sim::Simulator *simulator) {
+    const Clock::time_point latest = Clock::now() + kPatience;
+    Clock::time_point calmSince = Clock::now();
+    unsigned long passes = 0;
+    while (Clock::now() < latest) {
+        const bool quiet = simulator == nullptr || simulator->waitUntilQuiet(kGlance);
+        const Progress now = progress();
+        if (!quiet || now.queued != 0 || now.passes != passes || passes == 0) {
+            passes = now.passes;
+            calmSince = Clock::now();
+        } else if (Clock::now() - calmSince >= kCalm) {
+            return Rest::reached;
+        }
+        if (!time.waitUntil(Clock::now() + kGlance))
+            return Rest::cutShort;
+    }
+    return Rest::notReached;
+}
+
+void say(const std::string &line) {
+    fmt::print(stderr, "{}\n", line);
+}
+
+std::string areas(bool good) {
+    const CacheLock cache;
+    std::string list;
+    for (int i = 0; i <= static_cast<int>(DataCacheArea::zoning); ++i) {
+        const auto area = static_cast<DataCacheArea>(i);
+        if (cache->isAreaGood(area) == good)
+            list += fmt::format("{}{}", list.empty() ? "" : ", ", areaWord(area));
+    }
+    return list;
+}
+
+/// What the watch begins with. Not data: it goes to stderr.
+void greet(const Story *story) {
+    const CacheLock cache;
+    if (cache->isAreaGood(DataCacheArea::switchInfo))
+        say(fmt::format("Connected to switch {}, status {}.", colonForm(cache->getRootSwitchWorldWideName()),
+                        statusWords(cache->getRootSwitchStatus()).state));
+    else
+        say("Connected to a switch that has not told its name yet.");
+    const std::string good = areas(true);
+    const std::string missing = areas(false);
+    say(fmt::format("Loaded into the cache: {}.", good.empty() ? "nothing yet" : good));
+    if (!missing.empty())
+        say(fmt::format("Not loaded, so not ready as a whole: {}.", missing));
+    if (story != nullptr)
+        say(fmt::format("Story \"{}\": what happens on the simulated switch, and the events it raises.\n",
+                        story->name));
+}
+
+/// One step, told, made to happen, and waited for; false when the watch is over.
+bool playStep(const Step &step, TimeFrame &time, sim::Simulator &simulator) {
+    const unsigned long before = theJournal->eventCount();
+    theJournal->tellSwitchChange(step.words);
+    step.act(simulator);
+    const Rest rest = waitForRest(time, &simulator);
+    if (rest == Rest::notReached)
+        say("dcache: the cache is still at work on this after 10 seconds");
+    else if (rest == Rest::reached && theJournal->eventCount() == before)
+        theJournal->tellNoEvent(step.whyNoEvent != nullptr ? step.whyNoEvent : "");
+    return rest != Rest::cutShort;
+}
+
+/// The whole story; false when the watch was over before it was.
+bool play(const Story &story, double speed, TimeFrame &time, sim::Simulator &simulator) {
+    const Clock::time_point begin = Clock::now();
+    for (const Step &step : story.steps) {
+        const std::chrono::duration<double, std::milli> at(static_cast<double>(step.at.count()) / speed);
+        if (!time.waitUntil(begin + std::chrono::duration_cast<Clock::duration>(at)) ||
+            !playStep(step, time, simulator))
+            return false;
+    }
+    say(fmt::format("\nThe story is over: {} changes on the switch raised {} events.", story.steps.size(),
+                    theJournal->eventCount()));
+    return true;
+}
+
+} // namespace
+
+void watch(const WatchOptions &options, Output &output) {
+    const std::unique_ptr<sim::Simulator> simulator = options.story != nullptr ? makeSimulator() : nullptr;
+    connect();
+
+    Interruption interruption(output.descriptor());
+    theJournal = new Journal(output, options.format, [&interruption](int error) { interruption.raise(error); });
+    const JournalCloser closer;
+    CacheLock()->start(tellEvent);
+
+    TimeFrame time(interruption, options.duration);
+    if (waitForRest(time, simulator.get()) != Rest::cutShort) {
+        greet(options.story);
+        const bool wholeStory = options.story != nullptr && play(*options.story, options.speed, time, *simulator);
+        if (!wholeStory || options.duration)
+            time.waitForEnd();
+    }
+    if (interruption.error() != 0)
+        throw OutputFailed(interruption.error());
+}
+
+} // namespace dcache

@@ -1,0 +1,190 @@
+// dcache: the command line. Nouns with verbs, "show" being the verb of a noun alone.
+//
+// Exit codes: 0 done, 1 failed, 2 usage. Data go to stdout, everything else to stderr.
+#include <CLI/CLI.hpp>
+#include <array>
+#include <csignal>
+#include <cstdio>
+#include <fmt/format.h>
+#include <functional>
+#include <map>
+#include <unistd.h>
+
+#include "tools/dcache/commands/commands.h"
+#include "tools/dcache/failure.h"
+#include "tools/dcache/live.h"
+#include "tools/dcache/output.h"
+#include "tools/dcache/render.h"
+#include "tools/dcache/story.h"
+
+namespace {
+
+constexpr int kFailed = 1;
+constexpr int kUsage = 2;
+
+struct Noun {
+    const char *name;
+    const char *help;
+    dcache::Report (*show)();
+};
+
+constexpr std::array<Noun, 2> kNouns = {{
+    {"switch", "Identity, status and modes of the switch", dcache::showSwitch},
+    {"chassis", "Slots, faults, power supplies and fans of the chassis", dcache::showChassis},
+}};
+
+/// What the command line asks for.
+struct Request {
+    std::string format = "table";
+    double seconds = 0;
+    std::string story;
+    double speed = 1;
+    std::function<void(dcache::Format)> run;
+};
+
+/// Options with the name of what they take, and no more: the rest is said in words.
+class HelpFormatter : public CLI::Formatter {
+public:
+    std::string make_option_opts(const CLI::Option *option) const override {
+        return option->get_type_size() == 0 ? "" : ' ' + option->get_type_name();
+    }
+    std::string make_description(const CLI::App *app) const override { return app->get_description() + "\n\n"; }
+    std::string make_footer(const CLI::App *app) const override { return app->get_footer() + '\n'; }
+};
+
+/// A number within limits; CLI11's own range check lets "nan" pass.
+CLI::Validator between(double lowest, double highest) {
+    return CLI::Validator(
+        [=](std::string &text) {
+            double value = 0;
+            const bool good = CLI::detail::lexical_cast(text, value) && value >= lowest && value <= highest;
+            return good ? std::string() : fmt::format("{} is not a number from {} to {}", text, lowest, highest);
+        },
+        "");
+}
+
+dcache::Format formatNamed(const std::string &name) {
+    static const std::map<std::string, dcache::Format> formats = {
+        {"table", dcache::Format::table}, {"json", dcache::Format::json}, {"terse", dcache::Format::terse}};
+    return formats.at(name);
+}
+
+void addFormat(CLI::App &command, Request &request) {
+    const std::vector<std::string> names = {"table", "json", "terse"};
+    command.add_option("-o,--output", request.format, "table (default), json or terse (for scripts)")
+        ->check(CLI::IsMember(names).description(""))
+        ->type_name("FORMAT");
+}
+
+void addNoun(CLI::App &app, const Noun &noun, Request &request, dcache::Output &output) {
+    const auto show = [&noun, &output](dcache::Format format) {
+        output.print(render(noun.show(), format, output.wantsColour()));
+    };
+    CLI::App *command = app.add_subcommand(noun.name, noun.help);
+    CLI::App *verb = command->add_subcommand("show", noun.help);
+    command->require_subcommand(0, 1);
+    for (CLI::App *each : {command, verb}) {
+        addFormat(*each, request);
+        each->footer(fmt::format("Example:\n  dcache {} -o json", noun.name));
+        each->final_callback([&request, show] { request.run = show; });
+    }
+}
+
+std::string storiesAndExamples() {
+    std::string text = "Stories:\n";
+    for (const std::string &name : dcache::storyNames())
+        text += fmt::format("  {:<24}{}\n", name, dcache::findStory(name)->about);
+    return text + "\nExamples:\n  dcache watch --story demo --speed 2\n  dcache watch --for 60 -o json";
+}
+
+void addWatch(CLI::App &app, Request &request, dcache::Output &output) {
+    CLI::App *command = app.add_subcommand("watch", "Events of the cache, a line each, as they come");
+    const CLI::Option *duration = command->add_option("--for", request.seconds, "End after so many seconds")
+                                      ->check(between(0, 31536000))
+                                      ->type_name("SECONDS");
+    CLI::Option *story = command->add_option("--story", request.story, "Play a story on the simulated switch")
+                             ->check(CLI::IsMember(dcache::storyNames()).description(""))
+                             ->type_name("NAME");
+    command->add_option("--speed", request.speed, "Play the story so many times faster")
+        ->check(between(0.1, 100))
+        ->type_name("FACTOR")
+        ->needs(story);
+    addFormat(*command, request);
+    command->footer("Without --for it ends with the story; without a story, on Ctrl-C.\n\n" + storiesAndExamples());
+    command->final_callback([&request, &output, duration, story] {
+        dcache::WatchOptions options;
+        if (duration->count() != 0)
+            options.duration = std::chrono::duration<double>(request.seconds);
+        if (story->count() != 0)
+            options.story = dcache::findStory(request.story);
+        options.speed = request.speed;
+        request.run = [options, &output](dcache::Format format) mutable {
+            options.format = format;
+            dcache::watch(options, output);
+        };
+    });
+}
+
+/// The help of the innermost command that was named.
+std::string helpFor(const CLI::App &app) {
+    const CLI::App *asked = &app;
+    std::string parents;
+    while (!asked->get_subcommands().empty()) {
+        parents += (parents.empty() ? "" : " ") + asked->get_name();
+        asked = asked->get_subcommands().front();
+    }
+    return asked->help(parents);
+}
+
+int complain(const std::string &message) {
+    fmt::print(stderr, "dcache: {}\nRun \"dcache --help\" for help.\n", message);
+    return kUsage;
+}
+
+int run(int argc, char **argv) {
+    dcache::Output output(STDOUT_FILENO);
+    Request request;
+    CLI::App app("The in-memory picture of a Fibre Channel switch, shown and watched.", "dcache");
+    app.formatter(std::make_shared<HelpFormatter>());
+    app.get_formatter()->column_width(26);
+    app.set_version_flag("--version", "dcache " DCACHE_VERSION, "Print the version and exit");
+    app.require_subcommand(0, 1);
+    addFormat(app, request);
+    for (const Noun &noun : kNouns)
+        addNoun(app, noun, request, output);
+    addWatch(app, request, output);
+    app.footer("A noun alone shows it: \"dcache switch\" is \"dcache switch show\".\n"
+               "Exit codes: 0 done, 1 failed, 2 usage.\n\n"
+               "Example:\n  dcache watch --story demo");
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::CallForHelp &) {
+        output.print(helpFor(app));
+        return 0;
+    } catch (const CLI::CallForVersion &version) {
+        output.print(std::string(version.what()) + '\n');
+        return 0;
+    } catch (const CLI::ParseError &error) {
+        return complain(error.what());
+    }
+    if (!request.run)
+        return complain("nothing asked for; there are: switch, chassis, watch");
+    request.run(formatNamed(request.format));
+    return 0;
+}
+
+} // namespace
+
+int main(int argc, char **argv) {
+    dcache::occupyStandardDescriptors();
+    std::signal(SIGPIPE, SIG_IGN); // a reader that went away is noticed by the write that fails
+    try {
+        return run(argc, argv);
+    } catch (const dcache::OutputFailed &failure) {
+        if (failure.error != EPIPE)
+            fmt::print(stderr, "dcache: {}\n", failure.what());
+    } catch (const std::exception &error) {
+        fmt::print(stderr, "dcache: {}\n", error.what());
+    }
+    return kFailed;
+}

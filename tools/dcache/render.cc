@@ -1,0 +1,135 @@
+#include "tools/dcache/render.h"
+
+#include <algorithm>
+#include <fmt/format.h>
+
+#include "tools/dcache/words.h"
+
+namespace dcache {
+namespace {
+
+constexpr size_t kGap = 2; // blanks between columns
+
+const char *escapeCode(Tone tone) {
+    switch (tone) {
+    case Tone::good:
+        return "\x1b[32m";
+    case Tone::bad:
+        return "\x1b[1;31m";
+    case Tone::faint:
+        return "\x1b[2m";
+    case Tone::accent:
+        return "\x1b[1m";
+    case Tone::plain:
+        break;
+    }
+    return "";
+}
+
+std::string pad(const std::string &text, size_t width) {
+    return std::string(width > text.size() ? width - text.size() : 0, ' ');
+}
+
+std::string factsTable(const std::vector<Fact> &facts, bool colour) {
+    size_t width = 0;
+    for (const Fact &fact : facts)
+        width = std::max(width, fact.label != nullptr ? std::string(fact.label).size() : 0);
+    std::string out;
+    for (const Fact &fact : facts)
+        if (fact.label != nullptr)
+            out += fact.label + pad(fact.label, width + kGap) + painted(fact.cell.text, fact.cell.tone, colour) + '\n';
+    return out;
+}
+
+std::string listingTable(const Listing &listing, bool colour) {
+    std::vector<std::vector<Cell>> lines(1);
+    for (const Column &column : listing.columns)
+        lines.front().push_back({nullptr, column.title, Tone::accent});
+    lines.insert(lines.end(), listing.rows.begin(), listing.rows.end());
+
+    std::vector<size_t> widths(listing.columns.size(), 0);
+    for (const auto &line : lines)
+        for (size_t i = 0; i < widths.size(); ++i)
+            widths[i] = std::max(widths[i], line[i].text.size());
+    std::string out;
+    for (const auto &line : lines) {
+        for (size_t i = 0; i < widths.size(); ++i) {
+            out += painted(line[i].text, line[i].tone, colour);
+            out += i + 1 < widths.size() ? pad(line[i].text, widths[i] + kGap) : "\n";
+        }
+    }
+    return out;
+}
+
+std::string table(const Report &report, bool colour) {
+    std::string out = factsTable(report.facts, colour);
+    for (const Listing &listing : report.listings)
+        out += (out.empty() ? "" : "\n") + listingTable(listing, colour);
+    return out;
+}
+
+nlohmann::ordered_json object(const Report &report) {
+    nlohmann::ordered_json out = nlohmann::ordered_json::object();
+    for (const Fact &fact : report.facts)
+        out[fact.key] = fact.cell.value;
+    for (const Listing &listing : report.listings) {
+        auto &array = out[listing.key] = nlohmann::ordered_json::array();
+        for (const auto &row : listing.rows) {
+            nlohmann::ordered_json element = nlohmann::ordered_json::object();
+            for (size_t i = 0; i < row.size(); ++i)
+                element[listing.columns[i].key] = row[i].value;
+            array.push_back(element);
+        }
+    }
+    return out;
+}
+
+std::string terse(const Report &report) {
+    std::string out;
+    for (const Fact &fact : report.facts)
+        out += fmt::format("{}={}\n", fact.key, terseValue(fact.cell.value));
+    for (const Listing &listing : report.listings) {
+        for (size_t row = 0; row < listing.rows.size(); ++row) {
+            for (size_t i = 0; i < listing.columns.size(); ++i) {
+                out += fmt::format("{}.{}.{}={}\n", listing.key, row + 1, listing.columns[i].key,
+                                   terseValue(listing.rows[row][i].value));
+            }
+        }
+    }
+    return out;
+}
+
+} // namespace
+
+std::string render(const Report &report, Format format, bool colour) {
+    switch (format) {
+    case Format::json:
+        return object(report).dump(2, ' ', false, nlohmann::json::error_handler_t::replace) + '\n';
+    case Format::terse:
+        return terse(report);
+    case Format::table:
+        break;
+    }
+    return table(report, colour);
+}
+
+std::string terseValue(const nlohmann::ordered_json &value) {
+    if (value.is_string())
+        return printable(value.get<std::string>());
+    if (!value.is_array())
+        return value.dump();
+    std::string list;
+    for (const auto &element : value)
+        list += (list.empty() ? "" : ",") + terseValue(element);
+    return list;
+}
+
+std::string jsonLine(const nlohmann::ordered_json &value) {
+    return value.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
+}
+
+std::string painted(const std::string &text, Tone tone, bool colour) {
+    return !colour || tone == Tone::plain ? text : escapeCode(tone) + text + "\x1b[0m";
+}
+
+} // namespace dcache
