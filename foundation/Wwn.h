@@ -23,7 +23,7 @@ public:
     Wwn() = default;
     /// Parses 16 hexadecimal digits, or eight pairs of them with single colons between. Any other text gives
     /// the zero name. Of the colon form the eighth pair is not read: the last byte is always 00.
-    Wwn(const std::string &text);
+    Wwn(const std::string &text); // NOLINT(google-explicit-constructor): names arrive as text everywhere
 
     bool operator==(const Wwn &other) const { return _high == other._high && _low == other._low; }
     bool operator!=(const Wwn &other) const { return !(*this == other); }

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # clang-tidy over the code of a build directory's compile database, two files at a time. The checks stand in .clang-tidy.
 #
-#   scripts/tidy.sh BUILD-DIRECTORY
+#   scripts/tidy.sh BUILD-DIRECTORY FILE-PATTERN...     patterns as git's; ':!tests' is everything but the tests
 #
 # A file that passed is looked at again when it, a header of this tree, its compile command or the checks have changed.
 set -euo pipefail
@@ -10,6 +10,7 @@ top=$(cd "$(dirname "$0")/.." && pwd)
 . "$top/scripts/common.sh"
 cd "$top"
 build=${1:?the build directory}
+shift
 stamps=build/lint/tidy
 mkdir -p $stamps
 
@@ -24,7 +25,7 @@ while IFS= read -r file; do
         die "$file is not in the compile database"
     key=$(printf '%s\n' "$file" "$(sha256sum <"$file")" "$command" "$common" | sha256sum | cut -c1-32)
     [ -e "$stamps/$key" ] || printf '%s %s\n' "$key" "$file"
-done < <(own_files '*.cc') >"$work/todo"
+done < <(own_files "$@" | grep '\.cc$') >"$work/todo"
 
 # shellcheck disable=SC2016 # expanded by the inner shell
 xargs -r -a "$work/todo" -P 2 -L 1 sh -c '
@@ -34,7 +35,9 @@ xargs -r -a "$work/todo" -P 2 -L 1 sh -c '
         cat "$1/$2.out" "$1/$2.err" >>"$1/findings"
     fi' "$build" "$work" || true
 if [ -e "$work/findings" ]; then
-    grep -vE '^[0-9]+ warnings? (generated|treated)|^Suppressed |^Use -header-filter' "$work/findings"
+    # A finding in a header comes once per file that includes it: show it once.
+    grep -vE '^[0-9]+ warnings? (generated|treated)|^Suppressed |^Use -header-filter' "$work/findings" |
+        awk '/^[^ ].*:[0-9]+:[0-9]+: / { new = !seen[$0]++ } new'
     exit 1
 fi
 # A key is good for one state of the tree: forget the old ones.

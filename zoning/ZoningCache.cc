@@ -18,5 +18,9 @@ bool ZoningCache::updateZoningCounts() {
 bool ZoningCache::initZoningLimits() {
     const AccessLock lock;
     updateZoningCounts();
-    return zov_fzsGetZoningLimitations(hSwitch, &_limits) == 0;
+    zov_fzs_zoninglimits_s limits = {};
+    if (zov_fzsGetZoningLimitations(hSwitch, &limits) != 0)
+        return false;
+    _limits = limits;
+    return true;
 }

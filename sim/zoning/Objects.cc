@@ -252,7 +252,7 @@ ObjectNumber Objects::copyZone(ObjectNumber zone, const std::string &name) {
         Member twin;
         twin.id = _members.at(member).id;
         twin.owner = number;
-        _zones.at(number).members.push_back(create(_members, std::move(twin)));
+        _zones.at(number).members.push_back(create(_members, twin));
     }
     return number;
 }
@@ -324,7 +324,7 @@ ObjectNumber Objects::createMember(const MemberId &id) {
     const Lock lock(_mutex);
     Member member;
     member.id = id;
-    return create(_members, std::move(member));
+    return create(_members, member);
 }
 
 Status Objects::destroyMember(ObjectNumber member) {

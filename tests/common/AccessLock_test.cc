@@ -38,12 +38,13 @@ pthread_mutex_t *theMutex() {
 /// Whether another thread could have the lock now.
 bool isFree() {
     pthread_mutex_t *mutex = theMutex();
-    return std::async(std::launch::async, [mutex] {
-               if (pthread_mutex_trylock(mutex) != 0)
-                   return false;
-               pthread_mutex_unlock(mutex);
-               return true;
-           })
+    return std::async(std::launch::async,
+                      [mutex] {
+                          if (pthread_mutex_trylock(mutex) != 0)
+                              return false;
+                          pthread_mutex_unlock(mutex);
+                          return true;
+                      })
         .get();
 }
 
@@ -114,6 +115,7 @@ TEST(AccessLock, IsHeldByOneThreadAtATime) {
     constexpr int kRounds = 2000;
     int sum = 0; // unguarded but for the lock
     std::vector<std::thread> threads;
+    threads.reserve(kThreads);
     for (int i = 0; i < kThreads; ++i) {
         threads.emplace_back([&sum] {
             for (int round = 0; round < kRounds; ++round) {

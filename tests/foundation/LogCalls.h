@@ -25,8 +25,8 @@ namespace log_calls {
 
 /// What the next calls do instead of what they should.
 struct Faults {
-    int failGetFlags = 0;    // so many fcntl(F_GETFD)
-    int failSetFlags = 0;    // so many fcntl(F_SETFD)
+    int failGetFlags = 0;        // so many fcntl(F_GETFD)
+    int failSetFlags = 0;        // so many fcntl(F_SETFD)
     bool isClosedOnExec = false; // F_GETFD tells so
     bool failWrites = false;
     bool shortWrites = false; // half of what was asked for
@@ -84,18 +84,19 @@ inline int failed(int error) {
 
 } // namespace log_calls
 
+// NOLINTBEGIN(misc-definitions-in-headers): see above
 extern "C" {
 
-int open(const char *path, int flags, ...) {
+int open(const char *file, int oflag, ...) {
     va_list args;
-    va_start(args, flags);
-    const mode_t mode = (flags & O_CREAT) != 0 ? va_arg(args, mode_t) : 0;
+    va_start(args, oflag);
+    const mode_t mode = (oflag & O_CREAT) != 0 ? va_arg(args, mode_t) : 0;
     va_end(args);
     static const auto real = log_calls::next<int (*)(const char *, int, ...)>("open");
-    const int fd = real(path, flags, mode);
-    const std::string name = log_calls::nameOf(path);
+    const int fd = real(file, oflag, mode);
+    const std::string name = log_calls::nameOf(file);
     if (!name.empty()) {
-        const bool asItShould = flags == (O_RDWR | O_CREAT | O_TRUNC | O_APPEND) && mode == 0666;
+        const bool asItShould = oflag == (O_RDWR | O_CREAT | O_TRUNC | O_APPEND) && mode == 0666;
         log_calls::calls.push_back((asItShould ? "open " : "open wrongly ") + name);
         if (fd >= 0)
             log_calls::open_files.at(static_cast<size_t>(fd)) = name;
@@ -114,32 +115,32 @@ int close(int fd) {
     return !name.empty() && log_calls::faults.failCloses ? log_calls::failed(EIO) : result;
 }
 
-ssize_t write(int fd, const void *bytes, size_t size) {
+ssize_t write(int fd, const void *buf, size_t n) {
     static const auto real = log_calls::next<ssize_t (*)(int, const void *, size_t)>("write");
     const std::string name = log_calls::nameOf(fd);
     if (name.empty())
-        return real(fd, bytes, size);
+        return real(fd, buf, n);
     log_calls::calls.push_back("write " + name);
-    log_calls::last_written.assign(static_cast<const char *>(bytes), size);
+    log_calls::last_written.assign(static_cast<const char *>(buf), n);
     if (log_calls::faults.failWrites)
         return log_calls::failed(ENOSPC);
-    return real(fd, bytes, log_calls::faults.shortWrites ? size / 2 : size);
+    return real(fd, buf, log_calls::faults.shortWrites ? n / 2 : n);
 }
 
-int rename(const char *from, const char *to) noexcept {
+int rename(const char *_old, const char *_new) noexcept {
     static const auto real = log_calls::next<int (*)(const char *, const char *)>("rename");
-    const std::string name = log_calls::nameOf(from);
+    const std::string name = log_calls::nameOf(_old);
     if (!name.empty())
-        log_calls::calls.push_back("rename " + name + " " + log_calls::nameOf(to));
-    return !name.empty() && log_calls::faults.failRenames ? log_calls::failed(EACCES) : real(from, to);
+        log_calls::calls.push_back("rename " + name + " " + log_calls::nameOf(_new));
+    return !name.empty() && log_calls::faults.failRenames ? log_calls::failed(EACCES) : real(_old, _new);
 }
 
-int unlink(const char *path) noexcept {
+int unlink(const char *name) noexcept {
     static const auto real = log_calls::next<int (*)(const char *)>("unlink");
-    const std::string name = log_calls::nameOf(path);
-    if (!name.empty())
-        log_calls::calls.push_back("unlink " + name);
-    return !name.empty() && log_calls::faults.failUnlinks ? log_calls::failed(EACCES) : real(path);
+    const std::string log = log_calls::nameOf(name);
+    if (!log.empty())
+        log_calls::calls.push_back("unlink " + log);
+    return !log.empty() && log_calls::faults.failUnlinks ? log_calls::failed(EACCES) : real(name);
 }
 
 mode_t umask(mode_t mask) noexcept {
@@ -150,37 +151,38 @@ mode_t umask(mode_t mask) noexcept {
     return real(mask);
 }
 
-int fcntl(int fd, int command, ...) {
+int fcntl(int fd, int cmd, ...) {
     va_list args;
-    va_start(args, command);
+    va_start(args, cmd);
     void *argument = va_arg(args, void *);
     va_end(args);
     static const auto real = log_calls::next<int (*)(int, int, ...)>("fcntl");
     const std::string name = log_calls::nameOf(fd);
     if (name.empty())
-        return real(fd, command, argument);
-    if (command == F_GETFD) {
+        return real(fd, cmd, argument);
+    if (cmd == F_GETFD) {
         log_calls::calls.push_back("getfd " + name);
         if (log_calls::faults.failGetFlags > 0 && log_calls::faults.failGetFlags-- > 0)
             return log_calls::failed(EBADF);
-        return log_calls::faults.isClosedOnExec ? FD_CLOEXEC : real(fd, command, argument);
+        return log_calls::faults.isClosedOnExec ? FD_CLOEXEC : real(fd, cmd, argument);
     }
-    const bool asItShould = command == F_SETFD && reinterpret_cast<intptr_t>(argument) == FD_CLOEXEC;
+    const bool asItShould = cmd == F_SETFD && static_cast<int>(reinterpret_cast<intptr_t>(argument)) == FD_CLOEXEC;
     log_calls::calls.push_back((asItShould ? "setfd " : "fcntl wrongly ") + name);
     if (log_calls::faults.failSetFlags > 0 && log_calls::faults.failSetFlags-- > 0)
         return log_calls::failed(EINVAL);
-    return real(fd, command, argument);
+    return real(fd, cmd, argument);
 }
 
-void syslog(int priority, const char *format, ...) {
+void syslog(int pri, const char *fmt, ...) {
     va_list args;
-    va_start(args, format);
+    va_start(args, fmt);
     std::array<char, 256> text{};
-    std::vsnprintf(text.data(), text.size(), format, args);
+    std::vsnprintf(text.data(), text.size(), fmt, args);
     va_end(args);
-    log_calls::system_log.push_back(std::to_string(priority) + ": " + text.data());
+    log_calls::system_log.push_back(std::to_string(pri) + ": " + text.data());
 }
 
 } // extern "C"
+// NOLINTEND(misc-definitions-in-headers)
 
 #endif // TESTS_FOUNDATION_LOGCALLS_H

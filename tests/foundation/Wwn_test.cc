@@ -142,42 +142,37 @@ TEST(Wwn, SameBaseIgnoresThePortFieldOfTheFormat) {
         EXPECT_EQ(wwn(pair.one).Same_Base(wwn(pair.other)), pair.same) << pair.one << ' ' << pair.other;
 }
 
-/// The formats, each with the same bits below its nibble, and what the operations make of them.
-struct Format {
+/// A format's port fields; every row has the same bits below its NAA nibble.
+struct PortRow {
     const char *name;
-    const char *onePort;   // Set_Port(0x1ABC)
-    const char *twoPorts;  // Set_Port(0x41, 0x7E)
-    uint32_t port;         // Get_Port, preset where there is none
+    const char *onePort;  // after Set_Port(0x1ABC)
+    const char *twoPorts; // after Set_Port(0x41, 0x7E)
+    uint32_t port;        // Get_Port, preset to kPreset
     uint32_t first;
     uint32_t second;
-    bool sameBaseAsItself;
-    const char *fabricPort; // Make_Fabric_Port_Wwn(0x41, 0x7E), null: refused
-    const char *switchName;
 };
 
-// clang-format off
-constexpr Format kFormats[] = {
-    {"0765432189ABCDEF", "0765432189ABCDEF", "0765432189ABCDEF", kPreset, kPreset, kPreset, false, nullptr, "0765432189ABCDEF"},
-    {"1765432189ABCDEF", "1765432189ABCDEF", "1765432189ABCDEF", kPreset, kPreset, kPreset, true, "207E432189ABCDEF", "1765432189ABCDEF"},
-    {"2765432189ABCDEF", "2ABC432189ABCDEF", "207E432189ABCDEF", 0x765, 0x1D, 0x25, true, "207E432189ABCDEF", "1000432189ABCDEF"},
-    {"3765432189ABCDEF", "3000ABC189ABCDEF", "300007E189ABCDEF", 0x432, 0x10, 0x32, true, nullptr, "5000000189ABCDEF"},
-    {"4765432189ABCDEF", "4765432189ABCDEF", "4765432189ABCDEF", kPreset, kPreset, kPreset, false, nullptr, "4765432189ABCDEF"},
-    {"5765432189ABCDEF", "5765432189ABCDEF", "5765432189ABCDEF", kPreset, kPreset, kPreset, true, nullptr, "5765432189ABCDEF"},
-    {"6765432189ABCDEF", "6765432189ABCDEF", "6765432189ABCDEF", kPreset, kPreset, kPreset, false, nullptr, "6765432189ABCDEF"},
-    {"7765432189ABCDEF", "7765432189ABCDEF", "7765432189ABCDEF", kPreset, kPreset, kPreset, false, nullptr, "7765432189ABCDEF"},
-    {"8765432189ABCDEF", "8765432189ABCDEF", "8765432189ABCDEF", kPreset, kPreset, kPreset, false, nullptr, "8765432189ABCDEF"},
-    {"9765432189ABCDEF", "9765432189ABCDEF", "9765432189ABCDEF", kPreset, kPreset, kPreset, false, nullptr, "9765432189ABCDEF"},
-    {"A765432189ABCDEF", "A765432189ABCDEF", "A765432189ABCDEF", kPreset, kPreset, kPreset, false, nullptr, "A765432189ABCDEF"},
-    {"B765432189ABCDEF", "B765432189ABCDEF", "B765432189ABCDEF", kPreset, kPreset, kPreset, false, nullptr, "B765432189ABCDEF"},
-    {"C765432189ABCDEF", "C765432189ABCDEF", "C765432189ABCDEF", kPreset, kPreset, kPreset, false, nullptr, "C765432189ABCDEF"},
-    {"D765432189ABCDEF", "D765432189ABCDEF", "D765432189ABCDEF", kPreset, kPreset, kPreset, false, nullptr, "D765432189ABCDEF"},
-    {"E765432189ABCDEF", "E765432189ABCDEF", "E765432189ABCDEF", kPreset, kPreset, kPreset, false, nullptr, "E765432189ABCDEF"},
-    {"F765432189ABCDEF", "F765432189ABCDEF", "F765432189ABCDEF", kPreset, kPreset, kPreset, false, nullptr, "F765432189ABCDEF"},
+constexpr PortRow kPortRows[] = {
+    {"0765432189ABCDEF", "0765432189ABCDEF", "0765432189ABCDEF", kPreset, kPreset, kPreset},
+    {"1765432189ABCDEF", "1765432189ABCDEF", "1765432189ABCDEF", kPreset, kPreset, kPreset},
+    {"2765432189ABCDEF", "2ABC432189ABCDEF", "207E432189ABCDEF", 0x765, 0x1D, 0x25},
+    {"3765432189ABCDEF", "3000ABC189ABCDEF", "300007E189ABCDEF", 0x432, 0x10, 0x32},
+    {"4765432189ABCDEF", "4765432189ABCDEF", "4765432189ABCDEF", kPreset, kPreset, kPreset},
+    {"5765432189ABCDEF", "5765432189ABCDEF", "5765432189ABCDEF", kPreset, kPreset, kPreset},
+    {"6765432189ABCDEF", "6765432189ABCDEF", "6765432189ABCDEF", kPreset, kPreset, kPreset},
+    {"7765432189ABCDEF", "7765432189ABCDEF", "7765432189ABCDEF", kPreset, kPreset, kPreset},
+    {"8765432189ABCDEF", "8765432189ABCDEF", "8765432189ABCDEF", kPreset, kPreset, kPreset},
+    {"9765432189ABCDEF", "9765432189ABCDEF", "9765432189ABCDEF", kPreset, kPreset, kPreset},
+    {"A765432189ABCDEF", "A765432189ABCDEF", "A765432189ABCDEF", kPreset, kPreset, kPreset},
+    {"B765432189ABCDEF", "B765432189ABCDEF", "B765432189ABCDEF", kPreset, kPreset, kPreset},
+    {"C765432189ABCDEF", "C765432189ABCDEF", "C765432189ABCDEF", kPreset, kPreset, kPreset},
+    {"D765432189ABCDEF", "D765432189ABCDEF", "D765432189ABCDEF", kPreset, kPreset, kPreset},
+    {"E765432189ABCDEF", "E765432189ABCDEF", "E765432189ABCDEF", kPreset, kPreset, kPreset},
+    {"F765432189ABCDEF", "F765432189ABCDEF", "F765432189ABCDEF", kPreset, kPreset, kPreset},
 };
-// clang-format on
 
 TEST(Wwn, EachFormatHasThePortFieldsOfItsRow) {
-    for (const Format &row : kFormats) {
+    for (const PortRow &row : kPortRows) {
         EXPECT_EQ(named(row.name, [](Wwn &name) { name.Set_Port(0x1ABC); }), row.onePort) << row.name;
         EXPECT_EQ(named(row.name, [](Wwn &name) { name.Set_Port(0x41, 0x7E); }), row.twoPorts) << row.name;
         uint32_t port = kPreset;
@@ -191,8 +186,35 @@ TEST(Wwn, EachFormatHasThePortFieldsOfItsRow) {
     }
 }
 
+/// What the names of a format turn into.
+struct NameRow {
+    const char *name;
+    bool sameBaseAsItself;
+    const char *fabricPort; // after Make_Fabric_Port_Wwn(0x41, 0x7E), null: refused
+    const char *switchName;
+};
+
+constexpr NameRow kNameRows[] = {
+    {"0765432189ABCDEF", false, nullptr, "0765432189ABCDEF"},
+    {"1765432189ABCDEF", true, "207E432189ABCDEF", "1765432189ABCDEF"},
+    {"2765432189ABCDEF", true, "207E432189ABCDEF", "1000432189ABCDEF"},
+    {"3765432189ABCDEF", true, nullptr, "5000000189ABCDEF"},
+    {"4765432189ABCDEF", false, nullptr, "4765432189ABCDEF"},
+    {"5765432189ABCDEF", true, nullptr, "5765432189ABCDEF"},
+    {"6765432189ABCDEF", false, nullptr, "6765432189ABCDEF"},
+    {"7765432189ABCDEF", false, nullptr, "7765432189ABCDEF"},
+    {"8765432189ABCDEF", false, nullptr, "8765432189ABCDEF"},
+    {"9765432189ABCDEF", false, nullptr, "9765432189ABCDEF"},
+    {"A765432189ABCDEF", false, nullptr, "A765432189ABCDEF"},
+    {"B765432189ABCDEF", false, nullptr, "B765432189ABCDEF"},
+    {"C765432189ABCDEF", false, nullptr, "C765432189ABCDEF"},
+    {"D765432189ABCDEF", false, nullptr, "D765432189ABCDEF"},
+    {"E765432189ABCDEF", false, nullptr, "E765432189ABCDEF"},
+    {"F765432189ABCDEF", false, nullptr, "F765432189ABCDEF"},
+};
+
 TEST(Wwn, EachFormatTurnsIntoOtherNamesAsItsRowSays) {
-    for (const Format &row : kFormats) {
+    for (const NameRow &row : kNameRows) {
         EXPECT_EQ(wwn(row.name).Same_Base(wwn(row.name)), row.sameBaseAsItself) << row.name;
 
         Wwn fabricPort = wwn(row.name);
@@ -275,28 +297,14 @@ struct Vendor {
 
 TEST(Wwn, VendorsAreKnownByTheirCompanyIdentifier) {
     constexpr Vendor rows[] = {
-        {"1000080088A0C1B2", true, false},
-        {"2FFF080088A0C1B2", true, false},
-        {"0000080088000000", true, false},
-        {"F123080088FFFFFF", true, false},
-        {"1000080087A0C1B2", false, false},
-        {"1000080089A0C1B2", false, false},
-        {"1000080188A0C1B2", false, false},
-        {"1000880088A0C1B2", false, false},
-        {"1000000D88A0C1B2", false, false},
+        {"1000080088A0C1B2", true, false},  {"2FFF080088A0C1B2", true, false},  {"0000080088000000", true, false},
+        {"F123080088FFFFFF", true, false},  {"1000080087A0C1B2", false, false}, {"1000080089A0C1B2", false, false},
+        {"1000080188A0C1B2", false, false}, {"1000880088A0C1B2", false, false}, {"1000000D88A0C1B2", false, false},
         {"0800880000000000", false, false}, // the identifier in another place
-        {"2000000DEC123456", false, true},
-        {"5FFF000DEC123456", false, true},
-        {"0000000DEC000000", false, true},
-        {"2000000DEB123456", false, false},
-        {"2000000DED123456", false, false},
-        {"2000000CEC123456", false, false},
-        {"2000800DEC123456", false, false},
-        {"20000800EC123456", false, false},
-        {"000DEC0000000000", false, false},
-        {"100000C0DD00A1B2", false, false},
-        {"0000000000000000", false, false},
-        {"FFFFFFFFFFFFFFFF", false, false},
+        {"2000000DEC123456", false, true},  {"5FFF000DEC123456", false, true},  {"0000000DEC000000", false, true},
+        {"2000000DEB123456", false, false}, {"2000000DED123456", false, false}, {"2000000CEC123456", false, false},
+        {"2000800DEC123456", false, false}, {"20000800EC123456", false, false}, {"000DEC0000000000", false, false},
+        {"100000C0DD00A1B2", false, false}, {"0000000000000000", false, false}, {"FFFFFFFFFFFFFFFF", false, false},
     };
     for (const Vendor &row : rows) {
         EXPECT_EQ(wwn(row.name).isMcDATA(), row.mcdata) << row.name;
@@ -306,14 +314,11 @@ TEST(Wwn, VendorsAreKnownByTheirCompanyIdentifier) {
 
 TEST(Wwn, SwitchNamesHaveNoPort) {
     constexpr const char *rows[][2] = {
-        {"2004000BEC123456", "1000000BEC123456"},
-        {"2FFF080088A0C1B2", "1000080088A0C1B2"},
+        {"2004000BEC123456", "1000000BEC123456"}, {"2FFF080088A0C1B2", "1000080088A0C1B2"},
         {"2004000DEC123456", "2000000DEC123456"}, // Cisco's stay of format 2
-        {"2000000DEC123456", "2000000DEC123456"},
-        {"3ABC123411223344", "5000000411223344"},
+        {"2000000DEC123456", "2000000DEC123456"}, {"3ABC123411223344", "5000000411223344"},
         {"3004000DEC123456", "5000000DEC123456"}, // in format 3 Cisco's are as any
-        {"1004000DEC123456", "1004000DEC123456"},
-        {"5ABC123411223344", "5ABC123411223344"},
+        {"1004000DEC123456", "1004000DEC123456"}, {"5ABC123411223344", "5ABC123411223344"},
         {"0000000000000000", "0000000000000000"},
     };
     for (const auto &row : rows)

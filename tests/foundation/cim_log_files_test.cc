@@ -22,7 +22,7 @@ using support::kCriticalLog;
 using support::kMainLog;
 using support::messagesIn;
 
-const Calls kOpening = {"umask 000", "open cim.out",      "getfd cim.out",      "setfd cim.out",
+const Calls kOpening = {"umask 000",         "open cim.out",       "getfd cim.out",      "setfd cim.out",
                         "open cim.crit.out", "getfd cim.crit.out", "setfd cim.crit.out", "umask 022"};
 
 Calls operator+(Calls one, const Calls &other) {
@@ -119,8 +119,8 @@ TEST_F(CimLogFiles, FlagsThatCannotBeReadAreToldToTheSystemLogOnce) {
     faults.failGetFlags = 1;
     cim_log(CIM_LOG_CRIT, "first\n");
     cim_log(CIM_LOG_CRIT, "second\n");
-    EXPECT_EQ(system_log, std::vector<std::string>{std::to_string(LOG_INFO) + ": fcntl failed, errno = " +
-                                                   std::to_string(EBADF) + "\n"});
+    EXPECT_EQ(system_log, std::vector<std::string>{std::to_string(LOG_INFO) +
+                                                   ": fcntl failed, errno = " + std::to_string(EBADF) + "\n"});
     EXPECT_EQ(messagesIn(kMainLog), (Messages{"first", "second"})) << "the descriptor is kept";
     EXPECT_EQ(messagesIn(kCriticalLog), (Messages{"first", "second"}));
 }
@@ -129,8 +129,7 @@ TEST_F(CimLogFiles, FlagsThatCannotBeSetAreToldToTheSystemLogForEachFile) {
     faults.failSetFlags = 2;
     cim_log(CIM_LOG_CRIT, "first\n");
     cim_log(CIM_LOG_CRIT, "second\n");
-    const std::string text =
-        std::to_string(LOG_INFO) + ": fcntl failed, errno = " + std::to_string(EINVAL) + "\n";
+    const std::string text = std::to_string(LOG_INFO) + ": fcntl failed, errno = " + std::to_string(EINVAL) + "\n";
     EXPECT_EQ(system_log, (std::vector<std::string>{text, text}));
     EXPECT_EQ(messagesIn(kMainLog), (Messages{"first", "second"})) << "the descriptors are kept";
     EXPECT_EQ(messagesIn(kCriticalLog), (Messages{"first", "second"}));
@@ -180,7 +179,7 @@ TEST_F(CimLogFiles, AFileTakenAwayIsNotMadeAgain) {
 
 TEST_F(CimLogFiles, AMainFileThatCannotBeCreatedIsTriedAgainForEveryLine) {
     ASSERT_EQ(mkdir(kMainLog, 0700), 0);
-    const Calls opening = {"umask 000",         "open cim.out",       "open cim.crit.out",
+    const Calls opening = {"umask 000",          "open cim.out",       "open cim.crit.out",
                            "getfd cim.crit.out", "setfd cim.crit.out", "umask 022"};
     cim_log(CIM_LOG_CRIT, "first\n");
     EXPECT_EQ(taken(), opening + Calls{"write cim.crit.out"});
@@ -193,8 +192,8 @@ TEST_F(CimLogFiles, AMainFileThatCannotBeCreatedIsTriedAgainForEveryLine) {
 
     ASSERT_EQ(rmdir(kMainLog), 0);
     cim_log(CIM_LOG_INFO, "fourth\n");
-    EXPECT_EQ(taken(), (Calls{"umask 000", "open cim.out", "getfd cim.out", "setfd cim.out", "umask 022",
-                              "write cim.out"}));
+    EXPECT_EQ(taken(),
+              (Calls{"umask 000", "open cim.out", "getfd cim.out", "setfd cim.out", "umask 022", "write cim.out"}));
     EXPECT_EQ(messagesIn(kMainLog), Messages{"fourth"});
     EXPECT_EQ(messagesIn(kCriticalLog), (Messages{"first", "third"})) << "it was open already";
 }

@@ -52,8 +52,7 @@ TEST(CimLogMemory, RotationTakesNoHeapMemory) {
 TEST(CimLogMemory, AThreadsFirstLineTakesNoHeapMemory) {
     cim_log(CIM_LOG_INFO, "the first line reads the time zone\n");
     long blocks = -1;
-    std::thread thread(
-        [&blocks] { blocks = blocksOf([] { cim_log(CIM_LOG_INFO, "from a new thread\n"); }); });
+    std::thread thread([&blocks] { blocks = blocksOf([] { cim_log(CIM_LOG_INFO, "from a new thread\n"); }); });
     thread.join();
     EXPECT_EQ(blocks, 0);
 }

@@ -23,7 +23,7 @@
 namespace {
 
 constexpr int kThreads = 8;
-constexpr int kLinesPerThread = 700; // in all 5600: the first file, four of 1001 lines, and a rest
+constexpr int kLinesPerThread = 700;      // in all 5600: the first file, four of 1001 lines, and a rest
 constexpr long kFirstSecond = 1700000000; // 14 November 2023, 22:13:20 UTC
 
 /// The clock goes on by a millisecond whenever somebody looks at it.
@@ -31,10 +31,10 @@ std::atomic<long> looks{0};
 
 } // namespace
 
-extern "C" int gettimeofday(timeval *__restrict time, void *__restrict) noexcept {
+extern "C" int gettimeofday(timeval *__restrict tv, void *__restrict) noexcept {
     const long look = looks++;
-    time->tv_sec = static_cast<time_t>(kFirstSecond + look / 1000);
-    time->tv_usec = static_cast<suseconds_t>(look % 1000 * 1000);
+    tv->tv_sec = static_cast<time_t>(kFirstSecond + look / 1000);
+    tv->tv_usec = static_cast<suseconds_t>(look % 1000 * 1000);
     sched_yield(); // who has looked at the clock without the log's lock is overtaken here
     return 0;
 }
@@ -111,7 +111,7 @@ std::vector<long> logFromAllThreads() {
 }
 
 TEST(CimLogThreads, EightAtOnceAcrossRotationsLoseTearAndMixNothing) {
-    setenv("TZ", "UTC0", 1);
+    setenv("TZ", "UTC0", 1); // NOLINT(concurrency-mt-unsafe): the threads come later
     const std::vector<long> ids = logFromAllThreads();
 
     EXPECT_EQ(linesOf("/tmp/cim.out.5").size(), 1000U);
@@ -142,7 +142,7 @@ TEST(CimLogThreads, TheCriticalFileHoldsTheCriticalLinesSinceTheLastRotation) {
     for (size_t place = 1; place < newest.size(); ++place) {
         const std::string message = parse(newest[place]).message;
         const size_t number = message.find("line ") + 5;
-        if (std::atoi(message.c_str() + number) % 10 == 0)
+        if (std::strtol(message.c_str() + number, nullptr, 10) % 10 == 0)
             expected.push_back(newest[place]);
     }
     EXPECT_FALSE(expected.empty());

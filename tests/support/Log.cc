@@ -1,8 +1,8 @@
 #include "tests/support/Log.h"
 
+#include <cctype>
 #include <fstream>
 #include <iterator>
-#include <regex>
 #include <sstream>
 #include <stdexcept>
 
@@ -13,16 +13,37 @@ std::string readFile(const std::string &name) {
     return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 
+namespace {
+
+std::size_t skipDigits(const std::string &line, std::size_t from) {
+    while (from < line.size() && std::isdigit(static_cast<unsigned char>(line[from])) != 0)
+        ++from;
+    return from;
+}
+
+/// Where the message of a line begins: after "01/31 23:59:59.000 123/456 ".
+std::size_t startOfMessage(const std::string &line) {
+    const std::string time = "##/## ##:##:##.### ";
+    for (std::size_t i = 0; i < time.size(); ++i) {
+        const bool fits = i < line.size() && (time[i] == '#' ? skipDigits(line, i) > i : line[i] == time[i]);
+        if (!fits)
+            throw std::runtime_error("not a log line: " + line);
+    }
+    const std::size_t process = skipDigits(line, time.size());
+    const std::size_t thread = skipDigits(line, process + 1);
+    if (process == time.size() || line.compare(process, 1, "/") != 0 || thread == process + 1 ||
+        line.compare(thread, 1, " ") != 0)
+        throw std::runtime_error("not a log line: " + line);
+    return thread + 1;
+}
+
+} // namespace
+
 std::vector<std::string> messagesIn(const std::string &name) {
-    static const std::regex shape(R"(^\d\d/\d\d \d\d:\d\d:\d\d\.\d{3} \d+/\d+ )");
     std::vector<std::string> messages;
     std::istringstream lines(readFile(name));
-    for (std::string line; std::getline(lines, line);) {
-        std::smatch prefix;
-        if (!std::regex_search(line, prefix, shape))
-            throw std::runtime_error("not a log line: " + line);
-        messages.push_back(prefix.suffix());
-    }
+    for (std::string line; std::getline(lines, line);)
+        messages.push_back(line.substr(startOfMessage(line)));
     return messages;
 }
 

@@ -1,8 +1,8 @@
 /*
  * The memory calls of this process, counted and, when asked, failing.
  *
- * This header DEFINES malloc() and its kin, so include it in the one source file of a test program that needs it. The library
- * under test takes them from there too. Counts and failures concern the calling thread only.
+ * This header DEFINES malloc() and its kin, so include it in the one source file of a test program that needs it. The
+ * library under test takes them from there too. Counts and failures concern the calling thread only.
  */
 #ifndef TESTS_SUPPORT_MEMORY_H
 #define TESTS_SUPPORT_MEMORY_H
@@ -68,16 +68,19 @@ inline int (*next_posix_memalign)(void **, size_t, size_t) = nullptr;
 
 } // namespace support
 
+// NOLINTBEGIN(misc-definitions-in-headers): see above
 extern "C" {
 
-__attribute__((no_sanitize_thread)) void free(void *block) noexcept {
-    support::blocks_held -= block != nullptr ? 1 : 0;
-    if (support::finding_free)
-        return; // once, a few bytes, before main()
-    support::finding_free = support::next_free == nullptr;
-    const auto real = support::next(support::next_free, "free");
-    support::finding_free = false;
-    real(block);
+__attribute__((no_sanitize_thread)) void free(void *ptr) noexcept {
+    support::blocks_held -= ptr != nullptr ? 1 : 0;
+    if (support::next_free == nullptr) {
+        if (support::finding_free)
+            return; // once, a few bytes, before main()
+        support::finding_free = true;
+        support::next(support::next_free, "free");
+        support::finding_free = false;
+    }
+    support::next_free(ptr);
 }
 
 __attribute__((no_sanitize_thread)) void *malloc(size_t size) noexcept {
@@ -86,17 +89,17 @@ __attribute__((no_sanitize_thread)) void *malloc(size_t size) noexcept {
     return support::held(support::next(support::next_malloc, "malloc")(size));
 }
 
-__attribute__((no_sanitize_thread)) void *calloc(size_t count, size_t size) noexcept {
+__attribute__((no_sanitize_thread)) void *calloc(size_t nmemb, size_t size) noexcept {
     if (support::memoryCallFails())
         return nullptr;
-    return support::held(support::next(support::next_calloc, "calloc")(count, size));
+    return support::held(support::next(support::next_calloc, "calloc")(nmemb, size));
 }
 
-__attribute__((no_sanitize_thread)) void *realloc(void *block, size_t size) noexcept {
+__attribute__((no_sanitize_thread)) void *realloc(void *ptr, size_t size) noexcept {
     if (support::memoryCallFails())
         return nullptr;
-    void *grown = support::next(support::next_realloc, "realloc")(block, size);
-    return block == nullptr ? support::held(grown) : grown;
+    void *grown = support::next(support::next_realloc, "realloc")(ptr, size);
+    return ptr == nullptr ? support::held(grown) : grown;
 }
 
 __attribute__((no_sanitize_thread)) void *aligned_alloc(size_t alignment, size_t size) noexcept {
@@ -105,10 +108,10 @@ __attribute__((no_sanitize_thread)) void *aligned_alloc(size_t alignment, size_t
     return support::held(support::next(support::next_aligned_alloc, "aligned_alloc")(alignment, size));
 }
 
-__attribute__((no_sanitize_thread)) int posix_memalign(void **block, size_t alignment, size_t size) noexcept {
+__attribute__((no_sanitize_thread)) int posix_memalign(void **memptr, size_t alignment, size_t size) noexcept {
     if (support::memoryCallFails())
         return ENOMEM;
-    const int result = support::next(support::next_posix_memalign, "posix_memalign")(block, alignment, size);
+    const int result = support::next(support::next_posix_memalign, "posix_memalign")(memptr, alignment, size);
     support::blocks_held += result == 0 ? 1 : 0;
     return result;
 }
@@ -142,5 +145,6 @@ void operator delete(void *block, std::size_t) noexcept {
 void operator delete[](void *block, std::size_t) noexcept {
     free(block);
 }
+// NOLINTEND(misc-definitions-in-headers)
 
 #endif // TESTS_SUPPORT_MEMORY_H

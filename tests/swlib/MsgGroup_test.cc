@@ -27,6 +27,7 @@ public:
     Group(const Group &) = delete;
     Group &operator=(const Group &) = delete;
 
+    // NOLINTNEXTLINE(google-explicit-constructor): the operations take it as it is
     operator SmlMsgGroup *() const { return _group; }
     SmlMsgGroup *operator->() const { return _group; }
     SmlMessage &operator[](int32_t index) const { return _group->messages[index]; }
@@ -70,7 +71,8 @@ TEST(MsgGroup, WithoutMemoryThereIsNoGroupAndNothingIsKept) {
 
 TEST(MsgGroup, ACapacityBeyondWhatCanBeCountedIsRefused) {
     // Of the last but one, 32-bit arithmetic makes a block of 500 bytes.
-    for (const uint32_t capacity : {static_cast<uint32_t>(kMostMessages) + 1, 0x7FFFFFFFU, 0x80000000U, 8323581U, 0xFFFFFFFFU})
+    for (const uint32_t capacity :
+         {static_cast<uint32_t>(kMostMessages) + 1, 0x7FFFFFFFU, 0x80000000U, 8323581U, 0xFFFFFFFFU})
         EXPECT_EQ(zov_smlAllocMsgGroup(capacity), nullptr) << capacity;
 }
 
@@ -208,7 +210,7 @@ TEST(MsgGroup, WithoutGroupOrFormatNothingIsAdded) {
     const char *none = nullptr;
     EXPECT_EQ(zov_smlAddMsgGroupV(nullptr, "key"), 1);
     const Group group(1);
-    EXPECT_EQ(zov_smlAddMsgGroupV(group, none), 1);
+    EXPECT_EQ(zov_smlAddMsgGroupV(group, none, 0), 1);
     EXPECT_EQ(group->count, 0);
 }
 
@@ -374,7 +376,8 @@ TEST(MsgGroupResult, AnIndexOutsideTheGroupLeavesThePointer) {
     group.addKeys(0, 1);
     group[2].status = 0;
     std::array<char, 4> preset{};
-    for (const int32_t index : {2, 3, 5, std::numeric_limits<int32_t>::max(), -1, std::numeric_limits<int32_t>::min()}) {
+    for (const int32_t index :
+         {2, 3, 5, std::numeric_limits<int32_t>::max(), -1, std::numeric_limits<int32_t>::min()}) {
         char *value = preset.data();
         EXPECT_EQ(zov_smlGetResult(group, index, &value), 1) << index;
         EXPECT_EQ(value, preset.data()) << index;

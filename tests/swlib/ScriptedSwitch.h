@@ -32,6 +32,7 @@ int32_t play(const char *call, const Script &script, Arguments... arguments) {
 
 } // namespace scripted
 
+// NOLINTBEGIN(misc-definitions-in-headers): see above
 extern "C" {
 
 int32_t zov_smlGetBatch(zov_handle_t handle, SmlMessage *messages, int32_t count) {
@@ -56,5 +57,6 @@ int32_t zov_libFreeMemory(void *memory) {
 }
 
 } // extern "C"
+// NOLINTEND(misc-definitions-in-headers)
 
 #endif // TESTS_SWLIB_SCRIPTEDSWITCH_H

@@ -4,9 +4,9 @@
 #ifndef TOOLS_DCACHE_FAILURE_H
 #define TOOLS_DCACHE_FAILURE_H
 
-#include <cstring>
 #include <stdexcept>
 #include <string>
+#include <system_error>
 
 namespace dcache {
 
@@ -20,7 +20,8 @@ public:
 class OutputFailed : public std::runtime_error {
 public:
     explicit OutputFailed(int errorNumber)
-        : std::runtime_error(std::string("cannot write to standard output: ") + std::strerror(errorNumber)),
+        : std::runtime_error(std::string("cannot write to standard output: ") +
+                             std::generic_category().message(errorNumber)),
           error(errorNumber) {}
 
     const int error;

@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <cstring>
 #include <fcntl.h>
 #include <poll.h>
 #include <string>
+#include <system_error>
 #include <unistd.h>
 
 #include "tools/dcache/failure.h"
@@ -41,7 +41,7 @@ int pollTime(std::optional<std::chrono::steady_clock::time_point> until) {
 
 Interruption::Interruption(int output) : _output(output) {
     if (pipe2(_wakeUp, O_CLOEXEC | O_NONBLOCK) != 0)
-        throw Failure(std::string("cannot wait for signals: ") + std::strerror(errno));
+        throw Failure(std::string("cannot wait for signals: ") + std::generic_category().message(errno));
     signalPipe = _wakeUp[1];
     struct sigaction action = {};
     action.sa_handler = handleSignal;

@@ -29,7 +29,7 @@ enum class EntryKind { switchChange, event, noEvent };
 
 struct Entry {
     std::chrono::system_clock::time_point time;
-    EntryKind kind;
+    EntryKind kind = EntryKind::event;
     EventDescription event; ///< of an event; of the others only the words count
 };
 

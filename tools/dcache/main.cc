@@ -182,9 +182,9 @@ int main(int argc, char **argv) {
         return run(argc, argv);
     } catch (const dcache::OutputFailed &failure) {
         if (failure.error != EPIPE)
-            fmt::print(stderr, "dcache: {}\n", failure.what());
+            std::fprintf(stderr, "dcache: %s\n", failure.what());
     } catch (const std::exception &error) {
-        fmt::print(stderr, "dcache: {}\n", error.what());
+        std::fprintf(stderr, "dcache: %s\n", error.what());
     }
     return kFailed;
 }

@@ -29,8 +29,8 @@ struct Cell {
 };
 
 struct Fact {
-    const char *key;
-    const char *label; ///< null: for programs and scripts only
+    const char *key = nullptr;
+    const char *label = nullptr; ///< null: for programs and scripts only
     Cell cell;
 };
 
@@ -40,7 +40,7 @@ struct Column {
 };
 
 struct Listing {
-    const char *key;
+    const char *key = nullptr;
     std::vector<Column> columns;
     std::vector<std::vector<Cell>> rows; ///< one cell per column
 };

@@ -3,6 +3,8 @@
 #include <cstring>
 #include <set>
 
+#include <fmt/format.h>
+
 #include "tests/support/CacheTest.h"
 #include "tests/support/WakeUps.h"
 
@@ -87,8 +89,12 @@ protected:
         return lines;
     }
 
+    static std::string wentOffline() {
+        return fmt::format("6: SwitchStatusChange switch={0} principal={0} [2, 0, 0]->[10, 0, 0]", support::kSwitchWwn);
+    }
+
     static std::string alarm(const std::string &words, const std::string &detail) {
-        return std::string("31: EnvEvent switch=") + support::kSwitchWwn + " " + words + " detail=" + detail;
+        return fmt::format("31: EnvEvent switch={} {} detail={}", support::kSwitchWwn, words, detail);
     }
 
     /// Dispatches one text after the other and looks at the details of the alarms.
@@ -139,15 +145,14 @@ TEST_F(Dispatch, ARefreshReadsTheSwitchInTheSamePass) {
     const std::vector<std::string> calls = traffic();
     ASSERT_FALSE(calls.empty());
     EXPECT_EQ(calls.front().rfind("get Oper.Switch.WhoIsPrincipal ", 0), 0U) << calls.front();
-    EXPECT_THAT(told(), ElementsAre(std::string("6: SwitchStatusChange switch=") + support::kSwitchWwn +
-                                    " principal=" + support::kSwitchWwn + " [2, 0, 0]->[10, 0, 0]"));
+    EXPECT_THAT(told(), ElementsAre(wentOffline()));
 }
 
 TEST_F(Dispatch, AChassisChangeOfTheSwitchIsToldInTheSamePass) {
     theSwitch->set("Oper.Chassis.0.PowerSupply.1", "Bad");
     passAfterNotifications();
     EXPECT_THAT(told(),
-                ElementsAre(std::string("21: PowerSupplyFail switch=") + support::kSwitchWwn + " number=2 count=1"));
+                ElementsAre(fmt::format("21: PowerSupplyFail switch={} number=2 count=1", support::kSwitchWwn)));
 }
 
 TEST_F(Dispatch, EventsOfNotificationsComeBeforeThoseOfRefreshes) {
@@ -156,24 +161,22 @@ TEST_F(Dispatch, EventsOfNotificationsComeBeforeThoseOfRefreshes) {
     queue(73, "operator");
     queue(78);
     pass();
-    const std::string name = support::kSwitchWwn;
-    EXPECT_THAT(told(),
-                ElementsAre("30: UserLoginFailure switch=" + name + " user=operator", "32: CIMChange",
-                            "6: SwitchStatusChange switch=" + name + " principal=" + name + " [2, 0, 0]->[10, 0, 0]"));
+    EXPECT_THAT(told(), ElementsAre(fmt::format("30: UserLoginFailure switch={} user=operator", support::kSwitchWwn),
+                                    "32: CIMChange", wentOffline()));
 }
 
 // ---- users and configuration ----------------------------------------------------------------------------
 
 TEST_F(Dispatch, UserEventsNameTheUserByTheWholeText) {
-    const std::string name = support::kSwitchWwn;
     const std::string longest(kTextBytes, 'u'); // without its end
     for (const std::string &user :
          {std::string("operator"), std::string(), std::string(" two words; and, more "), longest}) {
         queue(72, user);
         queue(73, user);
         pass();
-        EXPECT_THAT(told(), ElementsAre("29: UserPasswdChg switch=" + name + " user=" + user,
-                                        "30: UserLoginFailure switch=" + name + " user=" + user));
+        EXPECT_THAT(told(),
+                    ElementsAre(fmt::format("29: UserPasswdChg switch={} user={}", support::kSwitchWwn, user),
+                                fmt::format("30: UserLoginFailure switch={} user={}", support::kSwitchWwn, user)));
     }
 }
 

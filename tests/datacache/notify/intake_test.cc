@@ -4,6 +4,8 @@
 #include <new>
 #include <set>
 
+#include <fmt/format.h>
+
 #include "tests/support/CacheTest.h"
 #include "tests/support/Lock.h"
 #include "tests/support/WakeUps.h"
@@ -12,8 +14,10 @@ namespace {
 
 /// This thread's allocations that still succeed; negative: all of them.
 thread_local long allocationsLeft = -1;
+/// What this thread has allocated, less what it has freed.
+thread_local long blocksHeld = 0;
 
-void *allocate(std::size_t size) {
+[[gnu::noinline]] void *allocate(std::size_t size) {
     if (allocationsLeft == 0)
         throw std::bad_alloc();
     if (allocationsLeft > 0)
@@ -21,7 +25,14 @@ void *allocate(std::size_t size) {
     void *memory = std::malloc(size != 0 ? size : 1);
     if (memory == nullptr)
         throw std::bad_alloc();
+    ++blocksHeld;
     return memory;
+}
+
+[[gnu::noinline]] void release(void *memory) {
+    if (memory != nullptr)
+        --blocksHeld;
+    std::free(memory);
 }
 
 } // namespace
@@ -34,16 +45,16 @@ void *operator new[](std::size_t size) {
     return allocate(size);
 }
 void operator delete(void *memory) noexcept {
-    std::free(memory);
+    release(memory);
 }
 void operator delete[](void *memory) noexcept {
-    std::free(memory);
+    release(memory);
 }
 void operator delete(void *memory, std::size_t) noexcept {
-    std::free(memory);
+    release(memory);
 }
 void operator delete[](void *memory, std::size_t) noexcept {
-    std::free(memory);
+    release(memory);
 }
 
 namespace {
@@ -104,9 +115,9 @@ TEST_F(Intake, EveryCodeIsEitherQueuedWithAWakeUpOrLoggedAsUnhandled) {
         const bool queued = cache().getQueuedNotificationCount() == before + 1;
         EXPECT_EQ(queued, handled.count(code) != 0) << code;
         EXPECT_EQ(support::takeWakeUps(), queued ? 1U : 0U) << code;
-        const std::string number = std::to_string(code);
-        lines.push_back(std::string("DCACHE: ") + (queued ? "queueing" : "Unhandled event,") + " ZOV_EVENT_T[" +
-                        number + ":2:-3] (" + number + ")" + DataCache::_tagToString(code) + " : text of it");
+        lines.push_back(fmt::format("DCACHE: {} ZOV_EVENT_T[{}:2:-3] ({}){} : text of it",
+                                    queued ? "queueing" : "Unhandled event,", code, code,
+                                    DataCache::_tagToString(code)));
     }
     EXPECT_EQ(cache().getQueuedNotificationCount(), 27U);
     EXPECT_EQ(log(), lines);
@@ -257,12 +268,14 @@ TEST_F(Intake, LongTextOfAKickIsCut) {
 
 /// Runs `action` with this many allocations; true if it threw std::bad_alloc.
 template <class Action> bool runsOutOfMemory(long allocations, Action action) {
+    const long before = blocksHeld;
     try {
         allocationsLeft = allocations;
         action();
         allocationsLeft = -1;
     } catch (const std::bad_alloc &) {
         allocationsLeft = -1;
+        EXPECT_EQ(blocksHeld, before) << "what was allocated on the way is freed";
         return true;
     }
     return false;

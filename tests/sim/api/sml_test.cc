@@ -102,6 +102,7 @@ TEST(SmlSetBatch, HandlesEveryKeyAndReportsEachOne) {
         messages.push_back(simtest::messageOf(key, "True"));
     EXPECT_EQ(zov_smlSetBatch(client.handle, messages.data(), static_cast<int32_t>(messages.size())), 0);
     std::vector<int32_t> statuses;
+    statuses.reserve(messages.size());
     for (const SmlMessage &message : messages)
         statuses.push_back(message.status);
     EXPECT_EQ(statuses, (std::vector<int32_t>{simtest::kAdminRequired, 0, simtest::kReadOnly, simtest::kNoSuchKey,

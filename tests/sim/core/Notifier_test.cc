@@ -183,6 +183,7 @@ TEST(Notifier, ManyThreadsMaySendAtOnce) {
     Client client;
     ASSERT_EQ(client.registerFor({32, 33}), 0);
     std::vector<std::thread> threads;
+    threads.reserve(4);
     for (int number = 0; number < 4; ++number)
         threads.emplace_back([&device, number] {
             for (int i = 0; i < 100; ++i)

@@ -113,6 +113,7 @@ TEST(Recorder, LosesNothingOfManyThreads) {
     const Client client;
     device->clearRecords();
     std::vector<std::thread> threads;
+    threads.reserve(4);
     for (int number = 0; number < 4; ++number)
         threads.emplace_back([&client] {
             for (int i = 0; i < 100; ++i)

@@ -394,6 +394,15 @@ TEST_F(Faults, RegistrationFailsCodeByCode) {
     EXPECT_EQ(client.codes(*device), std::vector<int32_t>{32});
 }
 
+TEST_F(Faults, RegistrationOfACodeMayOnlySeemToSucceed) {
+    device->addFault(onKey("33", 0));
+    EXPECT_EQ(client.registerFor({32, 33}), 0);
+    EXPECT_EQ(client.registration[1].result, 0);
+    device->set("Oper.Chassis.0.Fan.0", "Bad");
+    device->set("Oper.Switch.OperState", "Offline");
+    EXPECT_EQ(client.codes(*device), std::vector<int32_t>{32});
+}
+
 TEST_F(Faults, RefusedConnectionsAreNotCounted) {
     sim::Fault fault = onCall("zov_IPConnect");
     fault.result = 111;

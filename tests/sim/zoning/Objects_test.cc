@@ -397,6 +397,7 @@ TEST(Objects, OutliveTheSwitchTheyWereMadeBeside) {
 
 TEST(Objects, AreBuiltByManyThreadsAtOnce) {
     std::vector<std::thread> threads;
+    threads.reserve(4);
     for (int number = 0; number < 4; ++number)
         threads.emplace_back([] {
             void *set = zov_ZonesetCreate("set");
