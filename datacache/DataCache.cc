@@ -31,8 +31,8 @@ public:
 
 void sleepBeforeRetry() {
     unsigned left = kRetrySeconds;
-    while (left != 0)
-        left = sleep(left); // a signal ends a sleep early
+    while (left != 0)       // a signal ends a sleep early
+        left = sleep(left); // NOLINT(concurrency-mt-unsafe): no SIGALRM is in use here
 }
 
 void waitForWakeUp() {
@@ -71,12 +71,10 @@ void DataCache::releaseInstance() {
 }
 
 bool DataCache::init() {
-    {
-        const AccessLock lock;
-        if (instance == nullptr) {
-            cim_log(CIM_LOG_INFO, "DCACHE: Creating a new datacache()\n");
-            instance = new DataCache();
-        }
+    const AccessLock lock; // nobody gets at a cache that is not connected yet
+    if (instance == nullptr) {
+        cim_log(CIM_LOG_INFO, "DCACHE: Creating a new datacache()\n");
+        instance = new DataCache();
     }
     instance->startZovlib();
     if (instance->initZoningLimits())

@@ -172,9 +172,9 @@ public:
 private:
     DataCache();
 
-    struct Area;
-    struct Dispatch;
-    class RunningPass;
+    struct DATACACHE_INTERNAL Area;
+    struct DATACACHE_INTERNAL Dispatch;
+    class DATACACHE_INTERNAL RunningPass;
 
     void _drainQueue();
     void _refreshAreas();

@@ -6,4 +6,7 @@
 
 #define DATACACHE_EXPORT __attribute__((visibility("default")))
 
+/* A part of an exported class that is the library's own. */
+#define DATACACHE_INTERNAL __attribute__((visibility("hidden")))
+
 #endif /* FOUNDATION_EXPORT_H */

@@ -15,7 +15,7 @@ cmake                   | all                | describes the build
 ninja-build             | all                | runs the build
 ccache                  | all                | makes the second build quick
 libcli11-dev            | all                | command line of dcache
-libfmt-dev              | all                | texts of dcache and of the simulated switch
+libfmt-dev              | all                | texts of dcache and of the tests
 nlohmann-json3-dev      | all                | JSON output of dcache
 libgtest-dev            | native asan tsan lint | the tests
 libgmock-dev            | native asan tsan lint | the tests

@@ -44,7 +44,7 @@ int32_t edit(zov_handle_t handle, SmlMessage *messages, int32_t count, const Edi
 }
 
 int32_t batchSet(zov_handle_t handle, SmlMessage *messages, int32_t count, const EditCommands &commands) {
-    if (messages == nullptr)
+    if (messages == nullptr && count > 0)
         return 1;
     const int32_t admin = command(handle, kTakeAdmin);
     if (admin != 0)

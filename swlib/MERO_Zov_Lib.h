@@ -10,7 +10,8 @@
  * groups and messages; one group or array belongs to one thread at a time.
  *
  * Errors: results are the switch library's, 0 for success. Nothing here throws. What is logged stands
- * with each function. A null group, array or out pointer is refused with result 1.
+ * with each function. A null group, format or out pointer, and a null array of more than no messages, is refused with
+ * result 1; isErrors() finds no errors in one.
  *
  * Serves C and C++.
  */
@@ -44,7 +45,7 @@ DATACACHE_EXPORT SmlMsgGroup *zov_smlAllocMsgGroup(uint32_t capacity);
 
 /* Adds a message with the formatted key, cut to 255 characters; its value and status stay as they happen to
    be in the block. A full group grows by 25. Returns 0, or 1 when the group could not grow: then the group
-   is gone, and the caller must neither use nor free it. */
+   is gone, and the caller must neither use nor free it. (A null format is refused with 1 too, and leaves the group.) */
 DATACACHE_EXPORT int zov_smlAddMsgGroupV(SmlMsgGroup *group, const char *format, ...)
     __attribute__((format(printf, 2, 3)));
 
