@@ -44,6 +44,13 @@ auto all(const std::string &value) {
     };
 }
 
+bool getTwo() {
+    SmlEntries entries;
+    entries.add("first");
+    entries.add("second");
+    return entries.get(1);
+}
+
 TEST(SmlEntries, KeysGoOutInTheOrderAdded) {
     zov_handle_t usedHandle = 0;
     std::vector<std::string> keys;
@@ -112,6 +119,35 @@ TEST(SmlEntries, AFailedExchangeFails) {
     entries.add("Oper.Switch.WWN");
     EXPECT_FALSE(entries.get(1));
     EXPECT_THAT(support::messagesSince(mark), IsEmpty());
+}
+
+TEST(SmlEntries, OfAFailedExchangeNoKeyIsBlamed) {
+    answer = [](zov_handle_t, SmlMessage *messages, int32_t) {
+        put(messages[0], "");
+        put(messages[1], "", 5);
+        return 0;
+    };
+    EXPECT_FALSE(getTwo());
+    answer = [](zov_handle_t, SmlMessage *messages, int32_t) {
+        EXPECT_EQ(messages[1].status, 5) << "of the exchange before";
+        return 7;
+    };
+    const std::size_t mark = support::logMark();
+    EXPECT_FALSE(getTwo());
+    EXPECT_THAT(support::messagesSince(mark), IsEmpty());
+}
+
+TEST(SmlEntries, AStatusThatTheSwitchLeavesAsItWasStays) {
+    answer = [](zov_handle_t, SmlMessage *messages, int32_t) {
+        put(messages[0], "");
+        put(messages[1], "", 5);
+        return 0;
+    };
+    EXPECT_FALSE(getTwo());
+    answer = [](zov_handle_t, SmlMessage *, int32_t) { return 0; };
+    const std::size_t mark = support::logMark();
+    EXPECT_FALSE(getTwo());
+    EXPECT_THAT(support::messagesSince(mark), ElementsAre("DCACHE: sml command='second', smlerror='0x5'"));
 }
 
 TEST(SmlEntries, AFailedKeyFailsAndTheFirstIsLogged) {

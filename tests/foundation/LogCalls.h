@@ -28,6 +28,7 @@ struct Faults {
     int failGetFlags = 0;        // so many fcntl(F_GETFD)
     int failSetFlags = 0;        // so many fcntl(F_SETFD)
     bool isClosedOnExec = false; // F_GETFD tells so
+    int otherFlags = 0;          // F_GETFD tells these besides, and F_SETFD is to keep them
     bool failWrites = false;
     bool shortWrites = false; // half of what was asked for
     bool failRenames = false;
@@ -164,9 +165,10 @@ int fcntl(int fd, int cmd, ...) {
         log_calls::calls.push_back("getfd " + name);
         if (log_calls::faults.failGetFlags > 0 && log_calls::faults.failGetFlags-- > 0)
             return log_calls::failed(EBADF);
-        return log_calls::faults.isClosedOnExec ? FD_CLOEXEC : real(fd, cmd, argument);
+        return (log_calls::faults.isClosedOnExec ? FD_CLOEXEC : real(fd, cmd, argument)) | log_calls::faults.otherFlags;
     }
-    const bool asItShould = cmd == F_SETFD && static_cast<int>(reinterpret_cast<intptr_t>(argument)) == FD_CLOEXEC;
+    const bool asItShould = cmd == F_SETFD && static_cast<int>(reinterpret_cast<intptr_t>(argument)) ==
+                                                  (FD_CLOEXEC | log_calls::faults.otherFlags);
     log_calls::calls.push_back((asItShould ? "setfd " : "fcntl wrongly ") + name);
     if (log_calls::faults.failSetFlags > 0 && log_calls::faults.failSetFlags-- > 0)
         return log_calls::failed(EINVAL);

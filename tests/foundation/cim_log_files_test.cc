@@ -115,6 +115,13 @@ TEST_F(CimLogFiles, ADescriptorThatIsNotInheritedAnywayStaysAsItIs) {
     EXPECT_EQ(system_log, std::vector<std::string>{});
 }
 
+TEST_F(CimLogFiles, OtherFlagsOfADescriptorAreKept) {
+    faults.otherFlags = 0x40;
+    cim_log(CIM_LOG_INFO, "first\n");
+    EXPECT_EQ(taken(), kOpening + Calls{"write cim.out"});
+    EXPECT_EQ(system_log, std::vector<std::string>{});
+}
+
 TEST_F(CimLogFiles, FlagsThatCannotBeReadAreToldToTheSystemLogOnce) {
     faults.failGetFlags = 1;
     cim_log(CIM_LOG_CRIT, "first\n");
@@ -196,6 +203,7 @@ TEST_F(CimLogFiles, AMainFileThatCannotBeCreatedIsTriedAgainForEveryLine) {
               (Calls{"umask 000", "open cim.out", "getfd cim.out", "setfd cim.out", "umask 022", "write cim.out"}));
     EXPECT_EQ(messagesIn(kMainLog), Messages{"fourth"});
     EXPECT_EQ(messagesIn(kCriticalLog), (Messages{"first", "third"})) << "it was open already";
+    EXPECT_EQ(system_log, std::vector<std::string>{}) << "that is told to nobody";
 }
 
 TEST_F(CimLogFiles, ACriticalFileThatCannotBeCreatedIsTriedAgainOnlyWithTheMainFile) {
@@ -208,6 +216,7 @@ TEST_F(CimLogFiles, ACriticalFileThatCannotBeCreatedIsTriedAgainOnlyWithTheMainF
     EXPECT_EQ(taken(), Calls{"write cim.out"});
     EXPECT_FALSE(exists(kCriticalLog));
     EXPECT_EQ(messagesIn(kMainLog), (Messages{"first", "second"}));
+    EXPECT_EQ(system_log, std::vector<std::string>{}) << "that is told to nobody";
 }
 
 TEST_F(CimLogFiles, WithoutTheMainFileACriticalOneIsTriedAgainForEveryLine) {

@@ -150,6 +150,18 @@ TEST_F(CimLogRotation, OneLineIsWrittenCriticalFileFirstThenMovedThenMainFile) {
     EXPECT_EQ(taken(), before + kMoving + kOpening + Calls{"write cim.out"});
 }
 
+TEST_F(CimLogRotation, AMainFileInThePlaceOfTheStandardInputIsClosedLikeAnyOther) {
+    close(STDIN_FILENO);
+    logLines(1, 1000);
+    ASSERT_EQ(log_calls::descriptorOf("cim.out"), STDIN_FILENO);
+    taken();
+    logLines(1001, 1001);
+    const Calls before = {"close cim.out", "close cim.crit.out"};
+    EXPECT_EQ(taken(), before + kMoving + kOpening + Calls{"write cim.out"});
+    EXPECT_EQ(messagesIn(generation(1)), lines(1, 1000));
+    EXPECT_EQ(messagesIn(kMainLog), lines(1001, 1001));
+}
+
 TEST_F(CimLogRotation, OrdinaryLinesMoveTheFilesInTheSameOrder) {
     logLines(1, 1000);
     taken();

@@ -31,6 +31,7 @@ int conversions = 0;
 
 extern "C" int gettimeofday(timeval *__restrict tv, void *__restrict) noexcept {
     *tv = now;
+    errno = EPERM;
     return 0;
 }
 
@@ -295,9 +296,12 @@ TEST_F(CimLog, MessagesMayNameTheCallersError) {
     ASSERT_EQ(mkdir(support::kCriticalLog, 0700), 0) << "so that an open fails";
     const char *format = "failed: %m %d\n"; // the compiler does not know %m
     localtime_fails = true;
-    for (int line = 1; line <= 2; ++line) {
+    for (int line = 1; line <= 3; ++line) { // the clock changes errno for each, its conversion for the first and third
+        setClock(kSecond + line / 3, 42999);
+        const int before = conversions;
         errno = ENOSPC;
         cim_log(CIM_LOG_INFO, format, line);
+        EXPECT_EQ(conversions - before, line == 2 ? 0 : 1);
         EXPECT_EQ(added(), ids() + "failed: No space left on device " + std::to_string(line) + "\n");
     }
 }

@@ -17,7 +17,13 @@ DataCache &CacheTest::cache() {
     return *theCache;
 }
 
+void CacheTest::connectAnotherClient() {
+    zov_handle_t handle = 0;
+    EXPECT_EQ(zov_IPConnect("localhost", "another", "", &handle), 0);
+}
+
 void CacheTest::connect() {
+    connectAnotherClient();
     DataCache::init();
     cache().startEventMonitor(recordEvent);
     forget();

@@ -27,8 +27,10 @@ protected:
     CacheTest();
     ~CacheTest() override;
 
-    /// Connects the cache and registers it for notifications.
+    /// Connects the cache, whose handle is then not the switch library's first, and registers it for notifications.
     void connect();
+    /// Another client's connection. The handles of later ones differ from small numbers that stand for something else.
+    static void connectAnotherClient();
     /// A pass on this thread; what evaluateCaches() returned. Clears events(), log() and traffic() before.
     bool pass();
     /// Waits until the cache has taken in all notifications sent, then runs a pass.

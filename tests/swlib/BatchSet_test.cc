@@ -70,6 +70,10 @@ struct Write {
 const std::vector<std::string> kSwitchSteps = {kReq, kEdit, kBatch, kSave, kAct, kCancel, kRel};
 const std::vector<std::string> kCimSteps = {kReq, kCimEdit, kBatch, kCimSave, kCimCancel, kRel};
 
+void PrintTo(const Write &write, std::ostream *out) {
+    *out << write.name;
+}
+
 class BatchSet : public testing::TestWithParam<Write> {
 protected:
     BatchSet() {
@@ -183,9 +187,18 @@ TEST_P(BatchSet, Results24And103AreFailuresAsAny) {
     }
 }
 
-TEST_P(BatchSet, WithoutMessagesNothingIsSent) {
+TEST_P(BatchSet, AnArrayThatIsNotThereIsSentOnlyAsAnEmptyBatch) {
     EXPECT_EQ(GetParam().send(kHandle, nullptr, 1), 1);
     EXPECT_EQ(_traffic, Traffic{});
+
+    scripted::setBatch = [this](zov_handle_t, SmlMessage *messages, int32_t count) {
+        EXPECT_EQ(messages, nullptr);
+        EXPECT_EQ(count, 0);
+        _traffic.push_back(kBatch);
+        return 0;
+    };
+    EXPECT_EQ(GetParam().send(kHandle, nullptr, 0), 0);
+    EXPECT_EQ(_traffic, GetParam().ways.back().traffic);
 }
 
 INSTANTIATE_TEST_SUITE_P(Both, BatchSet,

@@ -223,6 +223,10 @@ struct Direction {
     std::function<int32_t(zov_handle_t, SmlMessage *, int32_t)> &script;
 };
 
+void PrintTo(const Direction &direction, std::ostream *out) {
+    *out << direction.name;
+}
+
 class MsgGroupSending : public testing::TestWithParam<Direction> {
 protected:
     /// Scripts the exchange: the statuses, and the result of the whole.

@@ -49,8 +49,7 @@ TEST_F(InterruptionTest, CtrlCEndsAWaitWithoutEnd) {
 }
 
 TEST_F(InterruptionTest, SigtermEndsAWaitThatHasBegun) {
-    const pthread_t waiter = pthread_self();
-    std::thread other([waiter] { pthread_kill(waiter, SIGTERM); });
+    std::thread other([] { kill(getpid(), SIGTERM); });
     EXPECT_TRUE(_interruption->wait(std::nullopt));
     other.join();
 }

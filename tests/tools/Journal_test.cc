@@ -20,7 +20,7 @@ const system_clock::time_point kMoment = system_clock::from_time_t(1772355907) +
 class JournalEntry : public testing::Test {
 protected:
     JournalEntry() {
-        setenv("TZ", "UTC-2", 1); // two hours east
+        support::setVariable("TZ", "UTC-2"); // two hours east
         tzset();
     }
 

@@ -2,7 +2,6 @@
 
 #include <array>
 #include <cerrno>
-#include <cstdlib>
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <pty.h>
@@ -11,6 +10,7 @@
 #include <thread>
 #include <unistd.h>
 
+#include "tests/tools/RunDcache.h"
 #include "tools/dcache/failure.h"
 
 using namespace dcache;
@@ -35,7 +35,7 @@ TEST(Output, WritesAllOfATextThatIsLargerThanAPipe) {
     const std::string text(300'000, 'x');
     std::string received;
     std::thread reader([&] {
-        std::array<char, 4096> buffer;
+        std::array<char, 4096> buffer = {};
         for (ssize_t count = 1; count > 0;) {
             count = read(ends[0], buffer.data(), buffer.size());
             received.append(buffer.data(), count > 0 ? static_cast<size_t>(count) : 0);
@@ -66,17 +66,14 @@ TEST(Output, WantsColourOnATerminalOnlyAndOnlyIfTheUserDoes) {
     ASSERT_EQ(openpty(&ends[0], &ends[1], nullptr, nullptr, nullptr), 0);
     const Output terminal(ends[1]);
     const int null = open("/dev/null", O_WRONLY);
-    unsetenv("NO_COLOR");
-    setenv("TERM", "xterm", 1);
+    support::setVariable("NO_COLOR", ""); // an empty one does not count
+    support::setVariable("TERM", "xterm");
     EXPECT_TRUE(terminal.wantsColour());
     EXPECT_FALSE(Output(null).wantsColour());
-    setenv("NO_COLOR", "1", 1);
+    support::setVariable("NO_COLOR", "1");
     EXPECT_FALSE(terminal.wantsColour());
-    setenv("NO_COLOR", "", 1); // an empty one does not count
-    EXPECT_TRUE(terminal.wantsColour());
-    setenv("TERM", "dumb", 1);
-    EXPECT_FALSE(terminal.wantsColour());
-    unsetenv("TERM");
+    support::setVariable("NO_COLOR", "");
+    support::setVariable("TERM", "dumb");
     EXPECT_FALSE(terminal.wantsColour());
     close(null);
     close(ends[0]);

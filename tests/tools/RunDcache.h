@@ -41,6 +41,11 @@ inline std::vector<std::string> lines(const std::string &text) {
     return splitAt(text, '\n');
 }
 
+/// Sets an environment variable of this process. Tests do so while no other thread looks.
+inline void setVariable(const std::string &name, const std::string &value) {
+    setenv(name.c_str(), value.c_str(), 1); // NOLINT(concurrency-mt-unsafe): see above
+}
+
 /// One run of the program, of the file DCACHE_PROGRAM, behind the words of DCACHE_EMULATOR (with blanks between; none on
 /// the machine it was built for). A run that takes longer than a minute is killed.
 class DcacheRun {
@@ -121,7 +126,7 @@ private:
     [[noreturn]] static void become(const Arguments &arguments, Stdout kind, const Environment &environment, int out,
                                     int err) {
         for (const auto &[name, value] : environment)
-            setenv(name.c_str(), value.c_str(), 1);
+            setVariable(name, value);
         if (kind == Stdout::closed)
             close(STDOUT_FILENO);
         else
@@ -132,6 +137,7 @@ private:
         words.emplace_back(DCACHE_PROGRAM);
         words.insert(words.end(), arguments.begin(), arguments.end());
         std::vector<char *> pointers;
+        pointers.reserve(words.size() + 1);
         for (std::string &word : words)
             pointers.push_back(word.data());
         pointers.push_back(nullptr);
@@ -146,7 +152,7 @@ private:
     }
 
     static void readFrom(Stream &stream) {
-        std::array<char, 4096> buffer;
+        std::array<char, 4096> buffer = {};
         const ssize_t count = read(stream.descriptor, buffer.data(), buffer.size());
         if (count > 0)
             stream.text.append(buffer.data(), static_cast<size_t>(count));

@@ -16,6 +16,10 @@ using testing::IsSupersetOf;
 
 constexpr std::size_t kTextBytes = sizeof(zov_event_s::text);
 
+// What stands right behind a text, in its four bytes: no part of the text, whether or not the text has an end.
+constexpr int32_t kLetters = 0x52525252;
+constexpr int32_t kBlanks = 0x20202020;
+
 struct AreaName {
     DataCacheArea area;
     const char *name;
@@ -39,9 +43,11 @@ protected:
     }
 
     /// Queues a notification without the switch library, and without a wake-up.
-    static void queue(int32_t code, const std::string &text = "", std::array<int32_t, 3> source = {0, 0, 0}) {
+    static void queue(int32_t code, const std::string &text = "", std::array<int32_t, 3> source = {0, 0, 0},
+                      int32_t rest = kLetters) {
         auto *record = new zov_event_s{};
         record->code = code;
+        record->rest = rest;
         std::copy(source.begin(), source.end(), record->source.number);
         text.copy(record->text, kTextBytes);
         cache().queueZovlibEvent(record);
@@ -177,6 +183,7 @@ TEST_F(Dispatch, UserEventsNameTheUserByTheWholeText) {
         EXPECT_THAT(told(),
                     ElementsAre(fmt::format("29: UserPasswdChg switch={} user={}", support::kSwitchWwn, user),
                                 fmt::format("30: UserLoginFailure switch={} user={}", support::kSwitchWwn, user)));
+        EXPECT_EQ(log().at(2), "DCACHE: dequeueing ZOV_EVENT_T[0:0:0] (73) ZOV_EVENT_USER_LOGIN_FAILURE : " + user);
     }
 }
 
@@ -250,6 +257,7 @@ TEST_F(Dispatch, TheOverheatPhraseDecidesBeforeTheOutOfRangePhrase) {
 }
 
 struct VoltageRow {
+    const char *name;
     int32_t code;
     const char *words;
     const char *phrase;
@@ -258,6 +266,10 @@ struct VoltageRow {
 
 constexpr const char *kTooHigh = " voltage supply is out of range, it is too high";
 constexpr const char *kTooLow = " voltage supply is out of range, it is too low";
+
+void PrintTo(const VoltageRow &row, std::ostream *out) {
+    *out << row.name;
+}
 
 class VoltageDispatch : public Dispatch, public testing::WithParamInterface<VoltageRow> {
 protected:
@@ -313,16 +325,29 @@ TEST_P(VoltageDispatch, AReadingWithABracketDecidesBeforeTheOutOfRangePhrase) {
 }
 
 INSTANTIATE_TEST_SUITE_P(HighAndLow, VoltageDispatch,
-                         testing::Values(VoltageRow{74, kHigh, kTooHigh, kTooLow},
-                                         VoltageRow{75, kLow, kTooLow, kTooHigh}));
+                         testing::Values(VoltageRow{"High", 74, kHigh, kTooHigh, kTooLow},
+                                         VoltageRow{"Low", 75, kLow, kTooLow, kTooHigh}),
+                         [](const auto &row) { return row.param.name; });
 
 TEST_F(Dispatch, AnAlarmTextWithoutItsEndIsReadNoFurtherThanItsBytes) {
-    const std::string start = "Temp overheat, ";
-    const std::string text = start + std::string(kTextBytes - start.size(), 'b');
-    for (const int32_t code : {40, 74, 75})
-        queue(code, text);
+    const auto fill = [](const std::string &start, const std::string &end) {
+        return start + std::string(kTextBytes - start.size() - end.size(), 'b') + end;
+    };
+    // The blank that ends a name or a phrase would be the first byte behind the text.
+    queue(40, fill("Temp overheat, ", ""), {0, 0, 0}, kBlanks);
+    for (const int32_t code : {74, 75})
+        queue(code, fill("[", " voltage sensor shows"), {0, 0, 0}, kBlanks);
     pass();
     EXPECT_THAT(told(), ElementsAre(alarm(kOvertemp, "unknown"), alarm(kHigh, "unknown"), alarm(kLow, "unknown")));
+}
+
+TEST_F(Dispatch, AnAlarmTextWithoutItsEndIsReadToItsLastByte) {
+    const std::string shows = " voltage sensor shows ";
+    const std::string sensor(kTextBytes - 1 - shows.size(), 'b');
+    for (const int32_t code : {74, 75})
+        queue(code, "[" + sensor + shows);
+    pass();
+    EXPECT_THAT(told(), ElementsAre(alarm(kHigh, sensor + " sensor"), alarm(kLow, sensor + " sensor")));
 }
 
 // ---- the switch's name ----------------------------------------------------------------------------------

@@ -1,0 +1,217 @@
+// Which operations take the cache's lock: each is called while this thread holds it, and must wait for it.
+#include <atomic>
+#include <string>
+#include <thread>
+
+#include <dlfcn.h>
+#include <pthread.h>
+
+#include "tests/support/CacheTest.h"
+#include "tests/support/Lock.h"
+#include "tests/support/Wait.h"
+
+namespace {
+
+using testing::IsEmpty;
+
+// ---- the cache's lock, watched ---------------------------------------------------------------------------
+
+/// What the watched thread has done with the lock so far.
+std::atomic<bool> isAboutToWait{false};
+std::atomic<int> timesTaken{0}; // without those of a thread that holds it already
+
+std::atomic<pthread_mutex_t *> lastTaken{nullptr}; // by a thread that looks for the lock
+std::atomic<pthread_mutex_t *> cacheLock{nullptr}; // the cache's
+thread_local bool isLooking = false;
+thread_local bool isWatched = false;
+thread_local int depth = 0;
+
+template <class Function> __attribute__((no_sanitize_thread)) Function *next(Function *&found, const char *name) {
+    if (found == nullptr)
+        found = reinterpret_cast<Function *>(dlsym(RTLD_NEXT, name));
+    return found;
+}
+
+using MutexCall = int(pthread_mutex_t *);
+MutexCall *nextLock = nullptr;
+MutexCall *nextUnlock = nullptr;
+
+} // namespace
+
+// NOLINTBEGIN(bugprone-reserved-identifier): the C library's header names the parameters so
+extern "C" __attribute__((no_sanitize_thread)) int pthread_mutex_lock(pthread_mutex_t *__mutex) noexcept {
+    MutexCall *const lock = next(nextLock, "pthread_mutex_lock");
+    if (isLooking)
+        lastTaken = __mutex;
+    if (!isWatched || __mutex != cacheLock)
+        return lock(__mutex);
+    if (depth++ == 0)
+        ++timesTaken;
+    if (pthread_mutex_trylock(__mutex) == 0)
+        return 0;
+    isAboutToWait = true;
+    return lock(__mutex);
+}
+
+extern "C" __attribute__((no_sanitize_thread)) int pthread_mutex_unlock(pthread_mutex_t *__mutex) noexcept {
+    if (isWatched && __mutex == cacheLock)
+        --depth;
+    return next(nextUnlock, "pthread_mutex_unlock")(__mutex);
+}
+// NOLINTEND(bugprone-reserved-identifier)
+
+namespace {
+
+// ---- the operations --------------------------------------------------------------------------------------
+
+struct Operation {
+    const char *name;
+    void (*call)(DataCache &);
+};
+
+void PrintTo(const Operation &operation, std::ostream *out) {
+    *out << operation.name;
+}
+
+/// A row for an operation without arguments.
+#define OPERATION(name)                                                                                                \
+    Operation {                                                                                                        \
+#name, [](DataCache & cache) { static_cast<void>(cache.name()); }                                              \
+    }
+
+/// Every public operation that needs the cache to itself.
+const Operation kLocking[] = {
+    OPERATION(startZovlib),
+    {"startEventMonitor", [](DataCache &cache) { cache.startEventMonitor(support::recordEvent); }},
+    OPERATION(startEvalThread),
+    {"destructor", [](DataCache &cache) { delete &cache; }},
+    OPERATION(evaluateCaches),
+    OPERATION(isCacheReady),
+    {"isAreaGood", [](DataCache &cache) { cache.isAreaGood(DataCacheArea::zoning); }},
+    OPERATION(workToDo),
+    OPERATION(getQueuedNotificationCount),
+    OPERATION(getPassCount),
+    OPERATION(updateAll),
+    OPERATION(updateSwitch),
+    OPERATION(updateChassis),
+    OPERATION(updateBlades),
+    OPERATION(updatePorts),
+    OPERATION(updateFabric),
+    OPERATION(updateAccounts),
+    OPERATION(updateZoning),
+    OPERATION(localPortRefreshSet),
+    {"localPortRefreshSetOfOnePort", [](DataCache &cache) { cache.localPortRefreshSet(255); }},
+    OPERATION(getRootSwitchWorldWideName),
+    OPERATION(getRootSwitchWwn),
+    OPERATION(getRootSwitchStatus),
+    OPERATION(isTransparentSwitch),
+    OPERATION(isFCOESwitch),
+    OPERATION(isEthernetPassthroughSwitch),
+    OPERATION(getSwitchFaults),
+    OPERATION(getRootMaxSlots),
+    OPERATION(getRootPowerSupplyCount),
+    OPERATION(getRootFanCount),
+    {"getRootPowerSupplyStatus", [](DataCache &cache) { cache.getRootPowerSupplyStatus(0); }},
+    {"getRootPowerSupplyStatusOfNone", [](DataCache &cache) { cache.getRootPowerSupplyStatus(65535); }},
+    {"getRootFanStatus", [](DataCache &cache) { cache.getRootFanStatus(0); }},
+    {"getRootFanStatusOfNone", [](DataCache &cache) { cache.getRootFanStatus(65535); }},
+    {"zovlibNotificationCB",
+     [](DataCache &) {
+         zov_event_s event = {};
+         event.code = ZOV_EVENT_SWITCH_STATE_CHANGE;
+         DataCache::zovlibNotificationCB(nullptr, &event, nullptr);
+     }},
+    {"zovlibNotificationCBOfAnUnhandledCode",
+     [](DataCache &) {
+         zov_event_s event = {};
+         DataCache::zovlibNotificationCB(nullptr, &event, nullptr);
+     }},
+    {"queueZovlibEvent", [](DataCache &cache) { cache.queueZovlibEvent(new zov_event_s{}); }},
+    {"zovlibEventKick",
+     [](DataCache &cache) { cache.zovlibEventKick(ZOV_EVENT_SWITCH_STATE_CHANGE, nullptr, "text"); }},
+    OPERATION(updateZoningCounts),
+    OPERATION(initZoningLimits),
+};
+
+/// What touches no member, and may be called while a long pass runs.
+const Operation kFree[] = {
+    {"tagToString", [](DataCache &) { DataCache::_tagToString(32); }},
+    {"smlConvToHardwareStatus", [](DataCache &cache) { cache._smlConvToHardwareStatus("Good"); }},
+    {"smlHWTypeToCIMHWType", [](DataCache &cache) { cache.smlHWTypeToCIMHWType("text"); }},
+    {"smlTypeToCIMType", [](DataCache &cache) { cache.smlTypeToCIMType("text"); }},
+    {"smlPortStateToCIMOperationalStatus",
+     [](DataCache &cache) { cache.smlPortStateToCIMOperationalStatus("Online", ""); }},
+    {"smlIOBladeStateToCIMOperationalStatus",
+     [](DataCache &cache) { cache.smlIOBladeStateToCIMOperationalStatus("Online", "", ""); }},
+    {"smlSwitchStateToCIMOperationalStatus",
+     [](DataCache &cache) { cache.smlSwitchStateToCIMOperationalStatus("Online", {}); }},
+};
+
+std::string nameOf(const testing::TestParamInfo<Operation> &row) {
+    return row.param.name;
+}
+
+// ---- the tests -------------------------------------------------------------------------------------------
+
+class Locking : public support::CacheTest, public testing::WithParamInterface<Operation> {
+protected:
+    void SetUp() override {
+        load();
+        isLooking = true;
+        DataCache::getInstance();
+        isLooking = false;
+        cacheLock = lastTaken.load();
+        DataCache::releaseInstance();
+        _cache = &cache();
+    }
+
+    /// Calls the operation on a thread of its own, with the lock watched. Join it after the lock has been given back.
+    std::thread call() {
+        return std::thread([this] {
+            isWatched = true;
+            GetParam().call(*_cache);
+            isWatched = false;
+            _balance = depth;
+            _finished = true;
+        });
+    }
+
+    DataCache *_cache = nullptr;
+    std::atomic<bool> _finished{false};
+    std::atomic<int> _balance{0};
+};
+
+class LockingOperation : public Locking {};
+
+TEST_P(LockingOperation, WaitsForTheLockBeforeItDoesAnythingAndGivesItBackOnce) {
+    DataCache::getInstance();
+    std::thread other = call();
+    EXPECT_TRUE(support::waitUntil([this] { return isAboutToWait || _finished; }));
+    EXPECT_TRUE(isAboutToWait);
+    EXPECT_FALSE(_finished);
+    EXPECT_THAT(log(), IsEmpty());
+    EXPECT_THAT(traffic(), IsEmpty());
+    DataCache::releaseInstance();
+    other.join();
+    EXPECT_EQ(timesTaken, 1) << "for its whole run";
+    EXPECT_EQ(_balance, 0);
+    EXPECT_TRUE(support::isLockFree());
+}
+
+INSTANTIATE_TEST_SUITE_P(Every, LockingOperation, testing::ValuesIn(kLocking), nameOf);
+
+class LockFreeOperation : public Locking {};
+
+TEST_P(LockFreeOperation, DoesNotWaitForTheLock) {
+    DataCache::getInstance();
+    std::thread other = call();
+    EXPECT_TRUE(support::waitUntil([this] { return isAboutToWait || _finished; }));
+    EXPECT_TRUE(_finished);
+    DataCache::releaseInstance();
+    other.join();
+    EXPECT_EQ(timesTaken, 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Every, LockFreeOperation, testing::ValuesIn(kFree), nameOf);
+
+} // namespace
