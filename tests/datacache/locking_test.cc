@@ -36,6 +36,11 @@ using MutexCall = int(pthread_mutex_t *);
 MutexCall *nextLock = nullptr;
 MutexCall *nextUnlock = nullptr;
 
+/// Questions to the switch that the watched thread asked without holding the lock.
+std::atomic<int> questionsWithoutLock{0};
+using LimitsCall = int32_t(zov_handle_t, zov_fzs_zoninglimits_s *);
+LimitsCall *nextLimits = nullptr;
+
 } // namespace
 
 // NOLINTBEGIN(bugprone-reserved-identifier): the C library's header names the parameters so
@@ -59,6 +64,12 @@ extern "C" __attribute__((no_sanitize_thread)) int pthread_mutex_unlock(pthread_
     return next(nextUnlock, "pthread_mutex_unlock")(__mutex);
 }
 // NOLINTEND(bugprone-reserved-identifier)
+
+extern "C" int32_t zov_fzsGetZoningLimitations(zov_handle_t handle, zov_fzs_zoninglimits_s *limits) {
+    if (isWatched && depth == 0)
+        ++questionsWithoutLock;
+    return next(nextLimits, "zov_fzsGetZoningLimitations")(handle, limits);
+}
 
 namespace {
 
@@ -194,6 +205,7 @@ TEST_P(LockingOperation, WaitsForTheLockBeforeItDoesAnythingAndGivesItBackOnce) 
     DataCache::releaseInstance();
     other.join();
     EXPECT_EQ(timesTaken, 1) << "for its whole run";
+    EXPECT_EQ(questionsWithoutLock, 0);
     EXPECT_EQ(_balance, 0);
     EXPECT_TRUE(support::isLockFree());
 }
