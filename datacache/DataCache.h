@@ -27,12 +27,14 @@
 #ifndef DATACACHE_DATACACHE_H
 #define DATACACHE_DATACACHE_H
 
+#include <array>
 #include <bitset>
 #include <deque>
 #include <string>
 #include <vector>
 
 #include "datacache/DataCacheEvent.h"
+#include "datacache/FabricCache.h"
 #include "datacache/pictures.h"
 #include "foundation/Export.h"
 #include "foundation/Wwn.h"
@@ -132,6 +134,76 @@ public:
     unsigned short getRootPowerSupplyStatus(unsigned short index) const;
     unsigned short getRootFanStatus(unsigned short index) const;
 
+    // ---- blades and accounts (BladeQueries.cc) -------------------------------------------------------
+
+    /// Slots of the chassis; 1 for a chassis with a single slot, 0 until it has been read.
+    unsigned short getRootSlotCount() const;
+    /// Walks the slots, 0 to 31, that hold an I/O blade; 65535 after the last one. The walk's end is getRootMaxSlots(): going past
+    /// slot 31 before it throws std::out_of_range with the text "bitset::test". After a pass only the blade of the last slot
+    /// is known.
+    unsigned short getFirstRootIOBladeIndex() const;
+    unsigned short getNextRootIOBladeIndex(const unsigned short &index) const;
+    /// What a slot holds: 0 nothing known, 1 a fan blade, 2 a power-supply blade, 3 a CPU blade, 4 an I/O blade; 0 for slots
+    /// from 32 up. The other three likewise.
+    unsigned short getRootBladeKind(unsigned short slot) const;
+    unsigned short getRootBladeStatus(unsigned short slot) const;
+    unsigned short getRootTemperatureSensorCount(const unsigned short &slot) const;
+    unsigned short getRootVoltageSensorCount(const unsigned short &slot) const;
+
+    /// The names of the switch's user accounts, in the switch's order.
+    std::vector<std::string> getUserAccounts() const;
+
+    // ---- ports of the local switch (portindex.cc) ----------------------------------------------------
+
+    /// A port's index is decimal text; "0" is the only text that names port 0, and "65535", the empty text and letters name no port.
+    /// Numbers are cut to 16 bits. A port of the local switch is usable when it is present and no pass-through port.
+
+    unsigned short getMaxRootPorts() const;
+    /// Walks the usable ports in rising order; the empty text after the last one, and until the ports have been read.
+    std::string getFirstRootPortIndex() const;
+    std::string getNextRootPortIndex(const std::string &index) const;
+    /// A port's CIM port type, CIM hardware type and primary CIM operational status; 0 outside 0 to 255. An absent
+    /// port keeps the types it had.
+    unsigned short getPortType(const std::string &index) const;
+    unsigned short getPortHWType(const std::string &index) const;
+    unsigned short getPortStatus(const std::string &index) const;
+    /// The port is there: neither not installed nor powered off.
+    bool isPortPresent(const std::string &index) const;
+    /// The local switch's domain ID; 0 while it is not in the fabric picture.
+    unsigned char getRootSwitchDomainID() const;
+
+    /// The name of a switch's port; zero when there is no such port. On the local switch an index above 255 throws
+    /// std::out_of_range with the text "bitset::test".
+    Wwn calcPortWorldWideName(const Wwn &switchWwn, unsigned short index) const;
+    /// The same from text to text, empty when there is no such port. Here any text that holds no number names port 0; "-1" names
+    /// none.
+    std::string calcPortWwn(const std::string &switchWwn, const std::string &index) const;
+    /// The index of a switch's port; 65535, or the empty text, when there is no such port.
+    unsigned short calcPortIndex(const Wwn &switchWwn, const Wwn &portWwn);
+    std::string calcPortIndex(const std::string &switchWwn, const std::string &portWwn);
+
+    /// What is in a port's transceiver cage, of a port that is present and has a transceiver with digital diagnostics. For
+    /// others, and for text that names no port: false, 2 and empty texts. An index above 255 throws
+    /// std::out_of_range with the text "bitset::test".
+    bool getTransceiverDDMSupported(const std::string &index);
+    /// 0: SFP, 2: unknown, 1: any other format.
+    unsigned char getTransceiverFormat(const std::string &index);
+    /// Six hexadecimal digits.
+    std::string getTransceiverVendorOUI(const std::string &index);
+    /// At most 16 characters; runs of blanks are filled with "_".
+    std::string getTransceiverVendorSN(const std::string &index);
+    /// Always the empty text.
+    std::string getRootPortIndexForTransceiver(const std::string &vendorOUI, const std::string &vendorSN);
+    /// The form in which the cache keeps a vendor's serial number; null counts as empty.
+    std::string _sanitizedMediaVendorSN(const char *raw) const;
+
+    // ---- the fabric (FabricQueries.cc) ---------------------------------------------------------------
+
+    /// The fabric, for number 1; null for any other. The lock is not held when it returns: hold it to use the pointer.
+    FabricCache *getFabric(unsigned short number) const;
+    /// Whether a list of names holds this one.
+    bool _fabricContainsWWN(std::vector<Wwn> names, Wwn wwn) const;
+
     // ---- refresh, one routine per area (refresh/) ----------------------------------------------------
 
     /// Each reloads its area, delivers the events for what changed, and tells whether it succeeded.
@@ -181,6 +253,31 @@ private:
     bool _areAllAreasGood() const;
     void _deliver(DataCacheEvent &&event);
     void _tellPowerSupplyChanges();
+
+    struct BladeCounts {
+        unsigned short fans = 0;
+        unsigned short powerSupplies = 0;
+    };
+    int _readSingleSlot();
+    bool _readSlot(unsigned slot, BladeCounts &counts);
+    void _tellBladeChanges(const BladeCounts &counts);
+    void _tellBladeAdded(unsigned short kind, unsigned short slot);
+    void _tellBladeRemoved(unsigned short kind, unsigned short slot, const BladeCounts &counts);
+
+    bool _readPort(unsigned port);
+    bool _processPort0Wwn();
+    void _enterLocalSwitch(unsigned char domain);
+    void _tellPortChanges(const Wwn &fabric);
+
+    bool _walkAccounts(int32_t &end);
+    void _tellAccountChanges();
+
+    int _nextUsablePort(unsigned from, unsigned end) const;
+    Wwn _remotePortName(const Wwn &switchWwn, unsigned short index) const;
+    unsigned short _localPortIndex(const Wwn &portWwn) const;
+    unsigned short _remotePortIndex(const Wwn &switchWwn, const Wwn &portWwn) const;
+    const Transceiver *_transceiverOf(const std::string &index) const;
+
     static void _wakeEvalThread();
 
     static DataCache *instance;
@@ -219,6 +316,14 @@ private:
     SwitchPicture _prevSwitch;
     ChassisPicture _chassis;
     ChassisPicture _prevChassis;
+    BladesPicture _blades;
+    BladesPicture _prevBlades;
+    PortsPicture _ports;
+    PortsPicture _prevPorts;
+    std::vector<std::string> _users;
+    std::vector<std::string> _oldUsers;
+    mutable FabricCache _fabric; // queries hand out what clients may change under the lock
+    std::array<Transceiver, kPortSlots> _transceivers;
 
     // the pass itself
     bool _passRunning = false; // also while its callbacks run

@@ -24,11 +24,15 @@ int SmlEntries::add(const char *format, ...) {
 }
 
 bool SmlEntries::get(zov_handle_t handle) {
+    return read(handle) && isErrors(shared_entries.data(), _count) == 0;
+}
+
+bool SmlEntries::read(zov_handle_t handle) {
     const int32_t result = zov_smlGetBatch(handle, shared_entries.data(), _count);
     // The switch library may leave a text without its end.
     for (int row = 0; row < _count; ++row)
         shared_entries[static_cast<size_t>(row)].value[sizeof(SmlMessage::value) - 1] = '\0';
-    return result == 0 && isErrors(shared_entries.data(), _count) == 0;
+    return result == 0;
 }
 
 SmlEntry SmlEntries::operator[](int row) const {

@@ -21,6 +21,8 @@ public:
     const char *text() const { return _message.value; }
     bool is(const char *value) const { return std::strcmp(text(), value) == 0; }
     bool contains(const char *part) const { return std::strstr(text(), part) != nullptr; }
+    int32_t status() const { return _message.status; }
+    bool failed() const { return status() != 0; }
     unsigned short decimal() const { return numbers::decimal16(text()); }
 
 private:
@@ -44,6 +46,8 @@ public:
 
     /// Reads all keys in one exchange; false when the exchange or any key failed, which the access layer logs.
     bool get(zov_handle_t handle);
+    /// The same, but keys may fail: false only when the exchange did.
+    bool read(zov_handle_t handle);
 
     /// The answer in a row that add() gave.
     SmlEntry operator[](int row) const;

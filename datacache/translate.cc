@@ -31,11 +31,11 @@ constexpr std::array<Translation, 10> kPortTypes{{
     {"E", 4},
     {"F", 5},
     {"FL", 6},
-    {"Donor", 16000},
+    {"Donor", cim::kDonorPort},
     {"TH", 16001},
     {"TF", 16002},
     {"TR", 16003},
-    {"PT", 16004},
+    {"PT", cim::kPassthroughPort},
 }};
 
 constexpr std::array<Translation, 4> kSwitchStates{{

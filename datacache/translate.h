@@ -30,6 +30,10 @@ constexpr unsigned short kGood = 1;
 constexpr unsigned short kBad = 2;
 constexpr unsigned short kNotInstalled = 3;
 
+// CIM port types that are treated in a way of their own.
+constexpr unsigned short kDonorPort = 16000;       ///< lends its buffers to other ports and is none itself
+constexpr unsigned short kPassthroughPort = 16004; ///< passes through to a blade
+
 } // namespace cim
 
 #endif // DATACACHE_TRANSLATE_H

@@ -12,7 +12,8 @@
  * (but for waitUntilQuiet() and the destructor, which wait for running callbacks).
  *
  * Errors: an operation given a key the switch does not know, a value the attribute cannot take or an
- * index that does not exist throws std::invalid_argument saying what is allowed, and changes nothing.
+ * index that does not exist throws std::invalid_argument saying what is allowed, and changes nothing; so does
+ * one that is refused.
  *
  * A program that may also run against a real switch library looks zovsim_create up at run time, and
  * works without it when it is not there; the interface is therefore abstract.
@@ -134,6 +135,29 @@ struct Fault {
     std::chrono::milliseconds delay{0};
 };
 
+/// A transceiver that can be plugged into a port. Its texts are printing characters (blanks included), and
+/// are filled up with blanks to the length they have in the transceiver's memory.
+struct Transceiver {
+    /// What kind of module it says it is: 0x03 SFP, 0x0D QSFP+, 0x11 QSFP28, 0x00 it does not say. The bytes are
+    /// laid out as an SFP's whatever this is.
+    uint8_t identifier = 0x03;
+    uint32_t vendorOui = 0x009065;                 ///< IEEE company identifier, 24 bits
+    std::string vendorName = "FINISAR CORP.";      ///< at most 16 characters
+    std::string partNumber = "FTLF8528P3BCV";      ///< at most 16 characters
+    std::string serialNumber = "FNS0331A00000001"; ///< at most 16 characters
+    bool diagnostics = true;                       ///< digital diagnostics (DDM)
+    bool longWave = false;                         ///< 1310 nm on single mode in place of 850 nm on multimode
+};
+
+/// A blade that can be inserted into a slot; it comes up Online and Good.
+struct Blade {
+    std::string type = "IO";                 ///< IO, CPU, PS or FAN
+    std::string partNumber = "31-80016-02";  ///< at most 255 characters
+    std::string serialNumber = "0331B00001"; ///< likewise; a blade without a number counts as none for clients
+    unsigned temperatureSensors = 2;         ///< at most 255
+    unsigned voltageSensors = 4;             ///< likewise
+};
+
 /// Admin mode's holder when it is a management client that is not one of the connections.
 constexpr uint32_t kOtherClient = 0xFFFFFFFF;
 
@@ -153,8 +177,41 @@ public:
     virtual void set(const std::string &key, const std::string &value, Notify notify = Notify::yes) = 0;
     /// The present value of an attribute.
     virtual std::string get(const std::string &key) const = 0;
-    /// Every attribute the switch has, in the order of the tree.
+    /// Every attribute the switch has, in the order of the tree. Reading it may still be answered with a status,
+    /// as the key after the last account is.
     virtual std::vector<std::string> keys() const = 0;
+
+    // ---- hands on the switch -------------------------------------------------------------------------
+
+    /// Plugs a transceiver into a port: its identification, serial number and diagnostics support can be read
+    /// then. Sends code 76; the port is the third source number, and the text is
+    ///
+    ///     0;0;0;PORT;1;OUI;SERIAL;FORMAT
+    ///
+    /// with the OUI as a decimal number, the serial number at its full 16 characters, and the format 0 for an
+    /// SFP, 2 for a module that does not say what it is, 1 for all others. Refused while one is plugged in.
+    ///
+    /// Neither this nor pulling changes the port's state: set "Oper.UserPort.0.N.OperState" for that.
+    virtual void plugTransceiver(unsigned port, const Transceiver &transceiver, Notify notify = Notify::yes) = 0;
+    /// Pulls it out again: what could be read of it is empty then. Sends code 77 with the text "0;0;0;PORT".
+    /// Refused when there is none.
+    virtual void pullTransceiver(unsigned port, Notify notify = Notify::yes) = 0;
+
+    /// Inserts a blade into a slot. Sends code 28; the slot is the second source number. Refused while the slot
+    /// is occupied, that is, while its state is not NotInstalled.
+    ///
+    /// The ports that belong to the slot come with an I/O blade: Offline and without transceivers. Nothing but the
+    /// blade's own notification is sent for them. Only the slots of a profile with blades have ports.
+    virtual void insertBlade(unsigned slot, const Blade &blade, Notify notify = Notify::yes) = 0;
+    /// Takes the blade out: the slot's state is NotInstalled, everything else about it empty. Sends code 29.
+    /// Refused when the slot is empty. The slot's ports go with it, to NotInstalled and without transceivers.
+    virtual void removeBlade(unsigned slot, Notify notify = Notify::yes) = 0;
+
+    /// Adds an account at the end of the switch's list. Sends code 50. Names are 1 to 64 printing characters
+    /// without blanks, case counts; refused when there is an account of this name.
+    virtual void addAccount(const std::string &name, Notify notify = Notify::yes) = 0;
+    /// Takes an account away. Sends code 50. Refused when there is none of this name.
+    virtual void removeAccount(const std::string &name, Notify notify = Notify::yes) = 0;
 
     // ---- notifications -------------------------------------------------------------------------------
 
@@ -192,13 +249,22 @@ public:
 };
 
 /// Number of the interface above; it changes whenever a member is added, removed or changed.
-constexpr int kInterfaceVersion = 1;
+constexpr int kInterfaceVersion = 2;
 
 } // namespace sim
 
-/// Makes a switch from a named profile ("fixed-24": a healthy 24-port switch with two power supplies and
-/// three fans). `version` is kInterfaceVersion as the caller was compiled with; null if it is not this
-/// library's. Throws std::invalid_argument for an unknown profile. The caller owns the result.
+/// Makes a switch from a named profile, all of them healthy:
+///
+///     fixed-24       one box of 24 ports with two power supplies and three fans
+///     director-8     8 slots: CPU, three I/O blades, two power supplies, fans, an I/O blade; 16 ports per I/O blade
+///     fixed-128      one box of 128 ports
+///     claims-200     like fixed-24, but with 200 ports, more than such a switch can have
+///     second-naming  like fixed-24, but named as Cisco's switches are: an NAA 2 name, and ports numbered from one
+///
+/// The first two thirds of the ports are Online; the last sixth have empty cages.
+///
+/// `version` is kInterfaceVersion as the caller was compiled with; null if it is not this library's. Throws
+/// std::invalid_argument for an unknown profile. The caller owns the result.
 extern "C" __attribute__((visibility("default"))) sim::Simulator *zovsim_create(const char *profile, int version);
 
 namespace sim {

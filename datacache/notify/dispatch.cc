@@ -1,9 +1,12 @@
 #include <array>
+#include <cstdio>
 #include <string>
+#include <utility>
 
 #include "datacache/DataCache.h"
 #include "datacache/notify/codes.h"
 #include "datacache/notify/notification.h"
+#include "foundation/cim_log.h"
 
 namespace {
 
@@ -55,6 +58,24 @@ struct DataCache::Dispatch {
         Action action;
     };
 
+    /// The third source number is the port's.
+    static void refreshPort(DataCache &cache, const zov_event_s &event) {
+        const int32_t port = event.source.number[2];
+        if (port < 0 || port >= cache.getMaxRootPorts())
+            return;
+        cache.localPortRefreshSet(static_cast<int>(port));
+        cache.updatePorts();
+    }
+
+    /// A blade brings and takes its ports.
+    static void refreshBlades(DataCache &cache, const zov_event_s & /*event*/) {
+        cache.localPortRefreshSet();
+        cache.updateBlades();
+        cache.updatePorts();
+    }
+
+    static void refreshAccounts(DataCache &cache, const zov_event_s & /*event*/) { cache.updateAccounts(); }
+
     static void refreshSwitch(DataCache &cache, const zov_event_s & /*event*/) { cache.updateSwitch(); }
 
     static void refreshChassis(DataCache &cache, const zov_event_s & /*event*/) { cache.updateChassis(); }
@@ -96,27 +117,84 @@ struct DataCache::Dispatch {
 
     static void tellCimChange(DataCache &cache, const zov_event_s & /*event*/) { cache._deliver(DCEventCIMChange()); }
 
-    static const std::array<Row, 11> rows;
+    static void insertMedia(DataCache &cache, const zov_event_s &event);
+    static void removeMedia(DataCache &cache, const zov_event_s &event);
+
+    static const std::array<Row, 19> rows;
 
 private:
+    static void setTransceiver(DataCache &cache, int port, Transceiver transceiver) {
+        if (port >= 0 && port < static_cast<int>(kPortSlots))
+            cache._transceivers[static_cast<std::size_t>(port)] = std::move(transceiver);
+    }
+
     static void tellAlarm(DataCache &cache, const char *category, const char *kind, const std::string &detail) {
         cache._deliver(DCEventEnvEvent(cache.getRootSwitchWorldWideName(), category, kind, detail));
     }
 };
 
-const std::array<DataCache::Dispatch::Row, 11> DataCache::Dispatch::rows{{
+const std::array<DataCache::Dispatch::Row, 19> DataCache::Dispatch::rows{{
+    {14, refreshPort},
+    {15, refreshPort},
+    {28, refreshBlades},
+    {29, refreshBlades},
     {32, refreshSwitch},
     {33, refreshChassis},
+    {39, refreshBlades},
     {40, tellOverheat},
+    {50, refreshAccounts},
     {52, refreshFeatures},
     {57, refreshFeatures},
     {72, tellPasswordChange},
     {73, tellLoginFailure},
     {74, tellHighVoltage},
     {75, tellLowVoltage},
+    {76, insertMedia},
+    {77, removeMedia},
     {78, tellCimChange},
     {82, refreshFaults},
 }};
+
+void DataCache::Dispatch::insertMedia(DataCache &cache, const zov_event_s &event) {
+    constexpr int wanted = 8;
+    const std::string text = notification::textOf(event);
+    std::array<int, 3> unused{};
+    int port = 0;
+    int present = 0;
+    int code = 0;
+    std::array<char, 17> serial{};
+    int format = 0;
+    const int items = std::sscanf(text.c_str(), "%d;%d;%d;%d;%d;%d;%16s;%d", &unused[0], &unused[1], &unused[2], &port,
+                                  &present, &code, serial.data(), &format);
+    if (items < wanted) {
+        cim_log(CIM_LOG_INFO,
+                "DCACHE: ZOV_EVENT_PORT_MEDIA_INSTERTED event only contains %d items, string = '%s'\n", items,
+                text.c_str());
+        return;
+    }
+    Transceiver transceiver;
+    if (present != 0) {
+        transceiver.ddm = true;
+        transceiver.vendorOUI = std::string(1, static_cast<char>(code)); // the code itself; a refresh of the port reads the OUI
+        transceiver.vendorSN = cache._sanitizedMediaVendorSN(serial.data());
+        transceiver.format = static_cast<unsigned char>(format);
+    }
+    setTransceiver(cache, port, std::move(transceiver));
+}
+
+void DataCache::Dispatch::removeMedia(DataCache &cache, const zov_event_s &event) {
+    constexpr int wanted = 4;
+    const std::string text = notification::textOf(event);
+    std::array<int, 3> unused{};
+    int port = 0;
+    const int items = std::sscanf(text.c_str(), "%d;%d;%d;%d", &unused[0], &unused[1], &unused[2], &port);
+    if (items < wanted) {
+        cim_log(CIM_LOG_INFO, "DCACHE: ZOV_EVENT_PORT_MEDIA_REMOVED event only contains %d items, string = '%s'\n", items,
+                text.c_str());
+        return;
+    }
+    setTransceiver(cache, port, Transceiver());
+}
 
 void DataCache::_zovlibNotificationCB(zov_event_s *record) {
     if (record == nullptr)

@@ -28,6 +28,25 @@ public:
     std::string get(const std::string &key) const override { return _endpoint->device.read(key); }
     std::vector<std::string> keys() const override { return _endpoint->device.keys(); }
 
+    void plugTransceiver(unsigned port, const Transceiver &transceiver, Notify notify) override {
+        operate([&](Switch &device) { return sim::plugTransceiver(device, port, transceiver); }, notify);
+    }
+    void pullTransceiver(unsigned port, Notify notify) override {
+        operate([&](Switch &device) { return sim::pullTransceiver(device, port); }, notify);
+    }
+    void insertBlade(unsigned slot, const Blade &blade, Notify notify) override {
+        operate([&](Switch &device) { return sim::insertBlade(device, slot, blade); }, notify);
+    }
+    void removeBlade(unsigned slot, Notify notify) override {
+        operate([&](Switch &device) { return sim::removeBlade(device, slot); }, notify);
+    }
+    void addAccount(const std::string &name, Notify notify) override {
+        operate([&](Switch &device) { return sim::addAccount(device, name); }, notify);
+    }
+    void removeAccount(const std::string &name, Notify notify) override {
+        operate([&](Switch &device) { return sim::removeAccount(device, name); }, notify);
+    }
+
     void deliver(const zov_event_s &event) override { _endpoint->notifier.sendToAll(event); }
     void deliver(int32_t code, const std::array<int32_t, 3> &source, const std::string &text) override {
         deliver(makeEvent(code, source, text));
@@ -46,6 +65,10 @@ public:
     unsigned connectionCount() const override { return _endpoint->connections; }
 
 private:
+    template <class Operation> void operate(const Operation &operation, Notify notify) {
+        _endpoint->device.operate(operation, notify);
+    }
+
     const std::shared_ptr<Endpoint> _endpoint;
 };
 

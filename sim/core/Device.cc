@@ -20,8 +20,17 @@ Attribute knownAttribute(const Switch &device, const std::string &key) {
     return attribute;
 }
 
-bool isSupported(const Attribute &attribute, const Switch &device) {
-    return !attribute.row->supported || attribute.row->supported(device);
+std::array<int32_t, 3> sourceOf(const Attribute &attribute) {
+    const auto index = static_cast<int32_t>(attribute.index);
+    switch (attribute.row->source) {
+    case Source::slot:
+        return {0, index, 0};
+    case Source::port:
+        return {0, 0, index};
+    case Source::none:
+        break;
+    }
+    return {0, 0, 0};
 }
 
 } // namespace
@@ -57,10 +66,10 @@ int32_t Device::getLocked(const std::string &key, std::string &value) const {
     const Attribute attribute = findAttribute(_switch, key);
     if (!attribute)
         return findCommand(key) ? kNotReadable : kNoSuchKey;
-    if (!isSupported(attribute, _switch))
-        return kNotSupported;
-    value = attribute.read(_switch);
-    return kOk;
+    const Status status = attribute.status(_switch);
+    if (status == kOk)
+        value = attribute.read(_switch);
+    return status;
 }
 
 int32_t Device::setLocked(zov_handle_t client, const std::string &key, const std::string &value) {
@@ -85,7 +94,8 @@ int32_t Device::run(zov_handle_t client, const Command &command) {
     const Status status = runCommand(command, context);
     bool changed = false;
     for (const auto &[key, value] : context.running)
-        changed |= apply(findAttribute(_switch, key), key, value, Notify::yes);
+        if (const Attribute attribute = findAttribute(_switch, key)) // its port may have gone since
+            changed |= apply(attribute, key, value, Notify::yes);
     if (changed && context.changed == Configuration::cim)
         _notifier.send(makeEvent(ZOV_EVENT_CIM_CFG_CHANGE, {0, 0, 0}, "CIM configuration saved"));
     return status;
@@ -98,7 +108,7 @@ bool Device::apply(const Attribute &attribute, const std::string &key, const std
     if (attribute.read(_switch) == before)
         return false;
     if (notify == Notify::yes && attribute.row->notification != 0)
-        _notifier.send(makeEvent(attribute.row->notification, {0, 0, 0}, key + " is now " + value));
+        _notifier.send(makeEvent(attribute.row->notification, sourceOf(attribute), key + " is now " + value));
     return true;
 }
 
@@ -114,6 +124,13 @@ void Device::change(const std::string &key, const std::string &value, Notify not
         throw std::invalid_argument("'" + key + "' cannot be '" + value +
                                     "'; allowed: " + attribute.row->rule->allowed);
     apply(attribute, key, value, notify);
+}
+
+void Device::operate(const std::function<Announcement(Switch &)> &operation, Notify notify) {
+    const std::lock_guard<std::mutex> lock(_mutex);
+    const Announcement announcement = operation(_switch);
+    if (notify == Notify::yes)
+        _notifier.send(makeEvent(announcement.code, announcement.source, announcement.text));
 }
 
 std::string Device::read(const std::string &key) const {

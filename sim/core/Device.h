@@ -9,12 +9,14 @@
 #ifndef SIM_CORE_DEVICE_H
 #define SIM_CORE_DEVICE_H
 
+#include <functional>
 #include <mutex>
 #include <string>
 #include <vector>
 
 #include "sim/Simulator.h"
 #include "sim/core/Notifier.h"
+#include "sim/model/Announcement.h"
 #include "sim/model/Switch.h"
 #include "sim/session/Commands.h"
 #include "sim/tree/Tree.h"
@@ -40,6 +42,8 @@ public:
     // ---- as the switch's own hardware and software reach it; errors as in Simulator.h -----------------
 
     void change(const std::string &key, const std::string &value, Notify notify);
+    /// Lets somebody put hands on the switch. An operation that throws must have changed nothing.
+    void operate(const std::function<Announcement(Switch &)> &operation, Notify notify);
     std::string read(const std::string &key) const;
     std::vector<std::string> keys() const;
 

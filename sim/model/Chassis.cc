@@ -33,37 +33,12 @@ template <Units units> void writeUnit(Switch &device, unsigned index, const std:
     (device.chassis.*units)[index] = value;
 }
 
-unsigned slotCount(const Switch &device) {
-    return static_cast<unsigned>(device.chassis.slots.size());
-}
-
-std::string readSlotCount(const Switch &device, unsigned) {
-    return std::to_string(slotCount(device));
-}
-
-void writeSlotCount(Switch &device, unsigned, const std::string &value) {
-    device.chassis.slots.resize(*toNumber(value));
-}
-
-std::string readSlotFaults(const Switch &device, unsigned slot) {
-    return device.chassis.slots[slot].faultList;
-}
-
-void writeSlotFaults(Switch &device, unsigned slot, const std::string &value) {
-    device.chassis.slots[slot].faultList = value;
-}
-
 std::string readFaults(const Switch &device, unsigned) {
     return device.chassis.faultList;
 }
 
 void writeFaults(Switch &device, unsigned, const std::string &value) {
     device.chassis.faultList = value;
-}
-
-/// Without enhanced fault monitoring the switch has no fault lists to show.
-bool monitorsFaults(const Switch &device) {
-    return device.identity.enhancedFaultMonitoring;
 }
 
 template <Units units> constexpr Row countOf(const char *key) {
@@ -81,12 +56,8 @@ constexpr Row kRows[] = {
     unit<&Chassis::powerSupplies>("Oper.Chassis.0.PowerSupply.%u"),
     countOf<&Chassis::fans>("Oper.Chassis.0.Fans"),
     unit<&Chassis::fans>("Oper.Chassis.0.Fan.%u"),
-    {"Oper.Chassis.0.MaxSlots", Access::readOnly, &kCountRule, ZOV_EVENT_CHASSIS_OPERCHANGE, readSlotCount,
-     writeSlotCount},
     {"Oper.Switch.FaultList", Access::readOnly, &kTextRule, ZOV_EVENT_SWITCH_FAULT_CHANGE, readFaults, writeFaults,
-     nullptr, monitorsFaults},
-    {"Oper.Blade.%u.FaultList", Access::readOnly, &kTextRule, ZOV_EVENT_SWITCH_FAULT_CHANGE, readSlotFaults,
-     writeSlotFaults, slotCount, monitorsFaults},
+     nullptr, Source::none, faultListStatus},
 };
 
 } // namespace

@@ -1,6 +1,5 @@
 /*
- * The chassis: power supplies, fans, slots, and what its fault monitoring found. Plain data; guarded by its
- * owner.
+ * The chassis: power supplies, fans, and what its fault monitoring found. Plain data; guarded by its owner.
  */
 #ifndef SIM_MODEL_CHASSIS_H
 #define SIM_MODEL_CHASSIS_H
@@ -12,15 +11,10 @@
 
 namespace sim {
 
-struct Slot {
-    std::string faultList;
-};
-
 struct Chassis {
     std::vector<std::string> powerSupplies; ///< states: Good, Bad, NotInstalled
     std::vector<std::string> fans;          ///< likewise
-    std::vector<Slot> slots;
-    std::string faultList; ///< of the switch as a whole
+    std::string faultList;                  ///< of the switch as a whole
 };
 
 Rows chassisRows();

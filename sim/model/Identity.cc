@@ -56,7 +56,6 @@ constexpr Row kRows[] = {
     text<&Identity::principal>("Oper.Switch.WhoIsPrincipal", kWwnRule, ZOV_EVENT_FABRIC_CHANGE),
     text<&Identity::operState>("Oper.Switch.OperState", kSwitchStateRule, ZOV_EVENT_SWITCH_STATE_CHANGE),
     number<&Identity::domainId>("Oper.Switch.DomainID", kDomainRule, ZOV_EVENT_DOMAINID_CHANGE),
-    number<&Identity::maxPorts>("Oper.Switch.MaxPorts", kCountRule, 0),
     text<&Identity::hardwareType>("Oper.Switch.Nop", kTextRule, 0),
     feature<&Identity::transparentModeFeature>("Oper.Switch.TransparentModeFeature", Access::readOnly),
     feature<&Identity::fcoeFeature>("Oper.Switch.FCOEFeature", Access::readOnly),
@@ -69,6 +68,10 @@ constexpr Row kRows[] = {
 
 Rows identityRows() {
     return {kRows, std::size(kRows)};
+}
+
+Status faultListStatus(const Switch &device, unsigned) {
+    return device.identity.enhancedFaultMonitoring ? kOk : kNotSupported;
 }
 
 } // namespace sim

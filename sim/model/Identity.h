@@ -16,7 +16,6 @@ struct Identity {
     std::string operState = "Online";
     std::string hardwareType = "GL"; ///< what the no-operation key answers
     unsigned domainId = 1;
-    unsigned maxPorts = 0;
     bool transparentModeFeature = false;
     bool transparentMode = false; ///< configured; has an effect only with the feature
     bool fcoeFeature = false;
@@ -25,6 +24,9 @@ struct Identity {
 };
 
 Rows identityRows();
+
+/// What clients are answered about fault lists: a switch without enhanced fault monitoring has none to show.
+Status faultListStatus(const Switch &device, unsigned index);
 
 } // namespace sim
 

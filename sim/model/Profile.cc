@@ -6,21 +6,97 @@ namespace sim {
 
 namespace {
 
-/// One box: 24 ports, two power supplies, three fans, and a single slot, the box itself.
-Switch fixed24() {
+constexpr unsigned kPortsPerBlade = 16;
+
+/// They were bought together: their serial numbers differ in the last digits only.
+Transceiver transceiverOf(unsigned port, bool longWave) {
+    Transceiver transceiver;
+    transceiver.longWave = longWave;
+    if (longWave)
+        transceiver.partNumber = "FTLF1428P3BNV";
+    const std::string number = std::to_string(port + 1);
+    transceiver.serialNumber.replace(transceiver.serialNumber.size() - number.size(), number.size(), number);
+    return transceiver;
+}
+
+/// A switch in use: two thirds of the ports have a device on them, the next is for a link to another switch that is
+/// not there yet, then come ports without a device and, at the end, empty cages.
+std::vector<UserPort> portsInUse(unsigned count) {
+    const unsigned online = count * 2 / 3;
+    const unsigned plugged = count * 5 / 6;
+    std::vector<UserPort> ports(count);
+    for (unsigned port = 0; port < plugged; ++port) {
+        const bool isLink = port == online;
+        ports[port].media = mediaOf(transceiverOf(port, isLink));
+        if (port < online) {
+            ports[port].operState = "Online";
+            ports[port].type = "F";
+        } else if (isLink)
+            ports[port].type = "E";
+    }
+    return ports;
+}
+
+/// A switch alone in its fabric, with two power supplies and three fans.
+Switch standalone(const char *wwn, unsigned ports) {
     Switch device;
-    device.identity.wwn = "100000C0DD00A1B2";
-    device.identity.principal = device.identity.wwn; // alone in its fabric
-    device.identity.maxPorts = 24;
+    device.identity.wwn = wwn;
+    device.identity.principal = device.identity.wwn;
     device.identity.transparentModeFeature = true;
+    device.ports = portsInUse(ports);
     device.chassis.powerSupplies = {"Good", "Good"};
     device.chassis.fans = {"Good", "Good", "Good"};
-    device.chassis.slots.resize(1);
+    device.accounts = {"admin", "operator", "monitor"};
     device.manufacturing.brandName = "FC Switch";
-    device.manufacturing.chassisPartNum = "31-24000-01";
     device.manufacturing.chassisSerialNum = "0331A00042";
-    device.manufacturing.planarPartNum = "31-24100-03";
     device.manufacturing.productFeatureType = "Standard";
+    return device;
+}
+
+/// One box: a single slot, the box itself.
+Switch box(const char *wwn, unsigned ports) {
+    Switch device = standalone(wwn, ports);
+    device.manufacturing.chassisPartNum = "31-24000-01";
+    device.manufacturing.planarPartNum = "31-24100-03";
+    device.slots = {slotWith({"IO", device.manufacturing.planarPartNum, device.manufacturing.chassisSerialNum, 3, 5})};
+    return device;
+}
+
+Switch fixed24() {
+    return box("100000C0DD00A1B2", 24);
+}
+
+Switch fixed128() {
+    return box("100000C0DD00A128", 128);
+}
+
+Switch claims200() {
+    return box("100000C0DD00A200", 200);
+}
+
+Switch secondNaming() {
+    return box("2000000DEC00A1B2", 24);
+}
+
+constexpr const char *kDirectorBlades[] = {"CPU", "IO", "IO", "IO", "PS", "PS", "FAN", "IO"};
+
+/// The ports are spread over the I/O blades, in the order of the slots.
+Switch director8() {
+    Switch device = standalone("100000C0DD00A800", 4 * kPortsPerBlade);
+    device.manufacturing.chassisPartNum = "31-80000-01";
+    device.manufacturing.planarPartNum = "31-80100-01";
+    size_t nextPort = 0;
+    for (const char *type : kDirectorBlades) {
+        const auto slot = static_cast<unsigned>(device.slots.size());
+        Blade blade;
+        blade.type = type;
+        blade.partNumber = std::string("31-80016-") + type;
+        blade.serialNumber = "0331B0000" + std::to_string(slot);
+        device.slots.push_back(slotWith(blade));
+        if (blade.type == "IO")
+            for (unsigned i = 0; i < kPortsPerBlade; ++i)
+                device.ports[nextPort++].slot = slot;
+    }
     return device;
 }
 
@@ -29,7 +105,10 @@ struct Profile {
     Switch (*make)();
 };
 
-constexpr Profile kProfiles[] = {{kDefaultProfile, fixed24}};
+constexpr Profile kProfiles[] = {
+    {kDefaultProfile, fixed24}, {"director-8", director8},       {"fixed-128", fixed128},
+    {"claims-200", claims200},  {"second-naming", secondNaming},
+};
 
 } // namespace
 

@@ -17,6 +17,10 @@ bool isHexDigit(char c) {
     return isDigit(c) || (c >= 'A' && c <= 'F') || (c >= 'a' && c <= 'f');
 }
 
+bool isHexadecimal(const std::string &value, size_t digits) {
+    return value.size() == digits && std::all_of(value.begin(), value.end(), isHexDigit);
+}
+
 bool isOneOf(const std::string &value, std::initializer_list<const char *> words) {
     return std::find(words.begin(), words.end(), value) != words.end();
 }
@@ -38,6 +42,10 @@ std::optional<unsigned> toNumber(std::string_view text) {
     return number;
 }
 
+bool isPrinting(std::string_view text) {
+    return std::all_of(text.begin(), text.end(), [](char c) { return c >= ' ' && c <= '~'; });
+}
+
 constexpr Rule kBooleanRule = {[](const std::string &value) {
                                    return isOneOf(value, {"True", "False"});
                                },
@@ -53,17 +61,70 @@ constexpr Rule kHardwareRule = {[](const std::string &value) {
                                 },
                                 "Good, Bad, NotInstalled"};
 
-constexpr Rule kWwnRule = {
-    [](const std::string &value) { return value.size() == 16 && std::all_of(value.begin(), value.end(), isHexDigit); },
-    "16 hexadecimal digits"};
+constexpr Rule kPortStateRule = {[](const std::string &value) {
+                                     return isOneOf(value, {"Online", "Offline", "Diagnostics", "Isolated", "Down",
+                                                            "Downed", "NotInstalled", "PoweredOff"});
+                                 },
+                                 "Online, Offline, Diagnostics, Isolated, Down, Downed, NotInstalled, PoweredOff"};
+
+constexpr Rule kPortAdminRule = {[](const std::string &value) {
+                                     return isOneOf(value, {"Online", "Offline", "Diagnostics", "Down", "Downed"});
+                                 },
+                                 "Online, Offline, Diagnostics, Down, Downed"};
+
+constexpr Rule kPortTypeRule = {[](const std::string &value) {
+                                    return isOneOf(value, {"G", "GL", "E", "F", "FL", "Donor", "TH", "TF", "TR", "PT"});
+                                },
+                                "G, GL, E, F, FL, Donor, TH, TF, TR, PT"};
+
+constexpr Rule kBladeStateRule = {[](const std::string &value) {
+                                      return isOneOf(value, {"Online", "Offline", "Diagnostics", "Pending", "Down",
+                                                             "Downed", "NotInstalled", "PoweredOff"});
+                                  },
+                                  "Online, Offline, Diagnostics, Pending, Down, Downed, NotInstalled, PoweredOff"};
+
+constexpr Rule kBladeAdminRule = {
+    [](const std::string &value) {
+        return isOneOf(value, {"Online", "Offline", "Diagnostics", "Down", "Downed", "PoweredOff", ""});
+    },
+    "Online, Offline, Diagnostics, Down, Downed, PoweredOff, or nothing"};
+
+constexpr Rule kBladeTypeRule = {[](const std::string &value) {
+                                     return isOneOf(value, {"IO", "CPU", "PS", "FAN", ""});
+                                 },
+                                 "IO, CPU, PS, FAN, or nothing"};
+
+constexpr Rule kDiagnosisRule = {[](const std::string &value) {
+                                     return isOneOf(value, {"Good", "Compromised", "Failed", ""});
+                                 },
+                                 "Good, Compromised, Failed, or nothing"};
+
+constexpr Rule kDdmRule = {[](const std::string &value) {
+                               return isOneOf(value, {"True", "False", ""});
+                           },
+                           "True, False, or nothing"};
+
+constexpr Rule kSfpDataRule = {[](const std::string &value) { return value.empty() || isHexadecimal(value, 64); },
+                               "64 hexadecimal digits, or nothing"};
+
+constexpr Rule kSfpSerialRule = {
+    [](const std::string &value) { return value.empty() || (value.size() == 16 && isPrinting(value)); },
+    "16 printing characters, or nothing"};
+
+constexpr Rule kWwnRule = {[](const std::string &value) { return isHexadecimal(value, 16); }, "16 hexadecimal digits"};
 
 // 240 to 255 are kept for the fabric's own services.
 constexpr Rule kDomainRule = {[](const std::string &value) { return isNumberBetween(value, 1, 239); }, "1 to 239"};
 
 constexpr Rule kCountRule = {[](const std::string &value) { return isNumberBetween(value, 0, 255); }, "0 to 255"};
 
+constexpr Rule kSensorsRule = {[](const std::string &value) { return value.empty() || isNumberBetween(value, 0, 255); },
+                               "0 to 255, or nothing"};
+
 constexpr Rule kTextRule = {
     [](const std::string &value) { return value.size() <= kLongestValue && value.find('\0') == std::string::npos; },
     "a text of at most 255 characters"};
+
+constexpr Rule kDerivedRule = {[](const std::string &) { return false; }, "nothing; it follows from other attributes"};
 
 } // namespace sim

@@ -14,17 +14,18 @@
 
 namespace sim {
 
-/// A key that was found: its row and its index (0 for a row without one).
+/// A key that was found: its row and its index (0 for a row without one, the place of the name for one with names).
 struct Attribute {
     const Row *row = nullptr;
     unsigned index = 0;
 
     explicit operator bool() const { return row != nullptr; }
+    Status status(const Switch &device) const { return row->status ? row->status(device, index) : kOk; }
     std::string read(const Switch &device) const { return row->read(device, index); }
     void write(Switch &device, const std::string &value) const { row->write(device, index, value); }
 };
 
-/// The attribute of a key; none for an unknown key and for an index that this switch does not have.
+/// The attribute of a key; none for an unknown key and for an index or a name that this switch does not have.
 Attribute findAttribute(const Switch &device, std::string_view key);
 
 /// Every key that this switch has, in the order of the tree.

@@ -48,6 +48,7 @@ enum : int32_t {
     kLinked = 20,
     kBadMember = 21,
     kBadEventCode = 22,
+    kEndOfList = 24,
     kNotSupported = 103,
 };
 

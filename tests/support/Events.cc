@@ -24,6 +24,9 @@ Recorder &recorder() {
     return *theOne;
 }
 
+/// Names a class of events to a generic function.
+template <class TheEvent> struct Class { using Event = TheEvent; };
+
 /// Words for an event of class Event, nothing for one of another class.
 template <class Event, class Words> bool words(const DataCacheEvent &event, std::string &text, Words fields) {
     const auto *known = dynamic_cast<const Event *>(&event);
@@ -36,48 +39,78 @@ template <class Event, class Words> bool words(const DataCacheEvent &event, std:
 } // namespace
 
 std::string describe(const DataCacheEvent &event) {
+    const auto name = [](const Wwn &wwn) { return wwn.tostring(); };
     std::string text;
-    const bool known =
-        words<DCEventSwitchStatusChange>(event, text,
-                                         [](const auto &e) {
-                                             return fmt::format("SwitchStatusChange switch={} principal={} {}->{}",
-                                                                e.switchWwn.tostring(), e.principalWwn.tostring(),
-                                                                e.prevStatus, e.newStatus);
-                                         }) ||
-        words<DCEventPowerSupplyAdd>(event, text,
-                                     [](const auto &e) {
-                                         return fmt::format("PowerSupplyAdd switch={} number={}",
-                                                            e.switchWwn.tostring(), e.number);
-                                     }) ||
-        words<DCEventPowerSupplyRemove>(event, text,
-                                        [](const auto &e) {
-                                            return fmt::format("PowerSupplyRemove switch={} number={} count={}",
-                                                               e.switchWwn.tostring(), e.number, e.count);
-                                        }) ||
-        words<DCEventPowerSupplyFail>(event, text,
-                                      [](const auto &e) {
-                                          return fmt::format("PowerSupplyFail switch={} number={} count={}",
-                                                             e.switchWwn.tostring(), e.number, e.count);
-                                      }) ||
-        words<DCEventUserPasswdChg>(event, text,
-                                    [](const auto &e) {
-                                        return fmt::format("UserPasswdChg switch={} user={}", e.switchWwn.tostring(),
-                                                           e.user);
-                                    }) ||
-        words<DCEventUserLoginFailure>(event, text,
-                                       [](const auto &e) {
-                                           return fmt::format("UserLoginFailure switch={} user={}",
-                                                              e.switchWwn.tostring(), e.user);
-                                       }) ||
-        words<DCEventEnvEvent>(event, text,
-                               [](const auto &e) {
-                                   return fmt::format("EnvEvent switch={} category={} kind={} detail={}",
-                                                      e.switchWwn.tostring(), e.category, e.kind, e.detail);
-                               }) ||
-        words<DCEventCIMChange>(event, text, [](const auto &) { return std::string("CIMChange"); }) ||
-        words<DCEventDataCacheUpdateComplete>(event, text,
-                                              [](const auto &) { return std::string("DataCacheUpdateComplete"); });
-    return fmt::format("{}: {}", event.type, known ? text : "an event of another class");
+    const auto is = [&event, &text](auto known, const auto &fields) {
+        return words<typename decltype(known)::Event>(event, text, fields);
+    };
+    static_cast<void>(
+        is(Class<DCEventSwitchStatusChange>(),
+           [&](const auto &e) {
+               return fmt::format("SwitchStatusChange switch={} principal={} {}->{}", name(e.switchWwn),
+                                  name(e.principalWwn), e.prevStatus, e.newStatus);
+           }) ||
+        is(Class<DCEventBladeAdd>(),
+           [&](const auto &e) { return fmt::format("BladeAdd switch={} slot={}", name(e.switchWwn), e.slot); }) ||
+        is(Class<DCEventBladeRemove>(),
+           [&](const auto &e) { return fmt::format("BladeRemove switch={} slot={}", name(e.switchWwn), e.slot); }) ||
+        is(Class<DCEventPortAdd>(),
+           [&](const auto &e) {
+               return fmt::format("PortAdd owner={} port={} origin={}", name(e.ownerWwn), name(e.portWwn),
+                                  int{e.origin});
+           }) ||
+        is(Class<DCEventPortRemove>(),
+           [&](const auto &e) {
+               return fmt::format("PortRemove owner={} port={} origin={}", name(e.ownerWwn), name(e.portWwn),
+                                  int{e.origin});
+           }) ||
+        is(Class<DCEventPortStatusChange>(),
+           [&](const auto &e) {
+               return fmt::format("PortStatusChange switch={} port={} fabric={} {}->{}", name(e.switchWwn),
+                                  name(e.portWwn), name(e.fabricWwn), e.prevStatus, e.newStatus);
+           }) ||
+        is(Class<DCEventFanAdd>(),
+           [&](const auto &e) { return fmt::format("FanAdd switch={} slot={}", name(e.switchWwn), e.slot); }) ||
+        is(Class<DCEventFanRemove>(),
+           [&](const auto &e) {
+               return fmt::format("FanRemove switch={} slot={} count={}", name(e.switchWwn), e.slot, e.count);
+           }) ||
+        is(Class<DCEventPowerSupplyAdd>(),
+           [&](const auto &e) {
+               return fmt::format("PowerSupplyAdd switch={} number={}", name(e.switchWwn), e.number);
+           }) ||
+        is(Class<DCEventPowerSupplyRemove>(),
+           [&](const auto &e) {
+               return fmt::format("PowerSupplyRemove switch={} number={} count={}", name(e.switchWwn), e.number,
+                                  e.count);
+           }) ||
+        is(Class<DCEventPowerSupplyFail>(),
+           [&](const auto &e) {
+               return fmt::format("PowerSupplyFail switch={} number={} count={}", name(e.switchWwn), e.number, e.count);
+           }) ||
+        is(Class<DCEventCPUAdd>(),
+           [&](const auto &e) { return fmt::format("CPUAdd switch={} slot={}", name(e.switchWwn), e.slot); }) ||
+        is(Class<DCEventCPURemove>(),
+           [&](const auto &e) { return fmt::format("CPURemove switch={} slot={}", name(e.switchWwn), e.slot); }) ||
+        is(Class<DCEventUserAcctAdd>(),
+           [&](const auto &e) { return fmt::format("UserAcctAdd switch={} name={}", name(e.switchWwn), e.name); }) ||
+        is(Class<DCEventUserAcctRemove>(),
+           [&](const auto &e) { return fmt::format("UserAcctRemove switch={} name={}", name(e.switchWwn), e.name); }) ||
+        is(Class<DCEventUserPasswdChg>(),
+           [&](const auto &e) { return fmt::format("UserPasswdChg switch={} user={}", name(e.switchWwn), e.user); }) ||
+        is(Class<DCEventUserLoginFailure>(),
+           [&](const auto &e) {
+               return fmt::format("UserLoginFailure switch={} user={}", name(e.switchWwn), e.user);
+           }) ||
+        is(Class<DCEventEnvEvent>(),
+           [&](const auto &e) {
+               return fmt::format("EnvEvent switch={} category={} kind={} detail={}", name(e.switchWwn), e.category,
+                                  e.kind, e.detail);
+           }) ||
+        is(Class<DCEventCIMChange>(), [](const auto &) { return std::string("CIMChange"); }) ||
+        is(Class<DCEventDataCacheUpdateComplete>(),
+           [](const auto &) { return std::string("DataCacheUpdateComplete"); }));
+    return fmt::format("{}: {}", event.type, text.empty() ? "an event of another class" : text);
 }
 
 void recordEvent(DataCacheEvent *event) {

@@ -74,6 +74,10 @@ TEST(CommandLine, HelpGoesToStdoutAndGivesAnExample) {
         {{"watch", "--help"}, "dcache watch --story demo --speed 2\n"},
         {{"switch", "--help"}, "dcache switch -o json\n"},
         {{"chassis", "show", "--help"}, "dcache chassis -o json\n"},
+        {{"blades", "--help"}, "dcache --profile director-8 blades\n"},
+        {{"ports", "--help"}, "dcache ports --state offline\n"},
+        {{"ports", "show", "--help"}, "dcache ports show 0\n"},
+        {{"accounts", "--help"}, "dcache accounts -o json\n"},
     };
     for (const auto &[arguments, example] : rows) {
         const auto run = runDcache(arguments);
@@ -84,8 +88,13 @@ TEST(CommandLine, HelpGoesToStdoutAndGivesAnExample) {
 }
 
 TEST(CommandLine, HelpFitsEightyColumns) {
-    for (const support::Arguments &arguments :
-         std::vector<support::Arguments>{{"--help"}, {"watch", "--help"}, {"switch", "--help"}})
+    for (const support::Arguments &arguments : std::vector<support::Arguments>{{"--help"},
+                                                                               {"watch", "--help"},
+                                                                               {"switch", "--help"},
+                                                                               {"blades", "--help"},
+                                                                               {"ports", "--help"},
+                                                                               {"ports", "show", "--help"},
+                                                                               {"accounts", "--help"}})
         for (const std::string &line : support::lines(runDcache(arguments).out))
             EXPECT_LE(line.size(), 80u) << line;
 }
@@ -104,6 +113,26 @@ TEST(CommandLine, UsageErrorsExitWithTwoAndKeepStdoutEmpty) {
         {"switch", "chassis"},
         {"switch", "-o", "xml"},
         {"switch", "--colour"},
+        {"switch", "--state", "online"},
+        {"ports", "0"},
+        {"ports", "--state", "Online"},
+        {"ports", "--state", ""},
+        {"ports", "--state"},
+        {"ports", "--state", "online", "--all"},
+        {"ports", "show", "x"},
+        {"ports", "show", "-1"},
+        {"ports", "show", "0x1"},
+        {"ports", "show", "1.5"},
+        {"ports", "show", ""},
+        {"ports", "show", "1", "2"},
+        {"ports", "show", "1", "--all"},
+        {"ports", "--state", "online", "show", "1"},
+        {"blades", "0"},
+        {"accounts", "admin"},
+        {"--profile", "nosuchprofile", "ports"},
+        {"ports", "--profile", ""},
+        {"switch", "--profile"},
+        {"--profile", "fixed-24", "watch", "--story", "demo"},
         {"watch", "--for", "soon"},
         {"watch", "--for", "-1"},
         {"watch", "--for", "nan"},

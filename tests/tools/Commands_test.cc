@@ -84,6 +84,47 @@ TEST_F(Commands, AChassisWithSlotsTellsHowMany) {
     EXPECT_THAT(render(showChassis(), Format::terse, false), testing::StartsWith("slots=8\nfaults=\n"));
 }
 
+TEST_F(Commands, AccountsAreListedInTheOrderOfTheSwitchAndMadePrintable) {
+    _switch->addAccount("ann", sim::Notify::no);
+    EXPECT_EQ(render(showAccounts(), Format::table, false), "ACCOUNT\n"
+                                                            "admin\n"
+                                                            "operator\n"
+                                                            "monitor\n"
+                                                            "ann\n");
+}
+
+TEST_F(Commands, AnAccountNameCannotReachATerminalUnprinted) {
+    sim::Fault strange;
+    strange.key = "Oper.Switch.NextPotentialUser.admin";
+    strange.value = "o\x1b[2Jp";
+    strange.times = -1;
+    _switch->addFault(strange);
+    sim::Fault end;
+    end.key = "Oper.Switch.NextPotentialUser.o*";
+    end.status = 24;
+    end.times = -1;
+    _switch->addFault(end);
+    const Report report = showAccounts();
+    EXPECT_EQ(render(report, Format::table, false), "ACCOUNT\nadmin\no\\x1B[2Jp\n");
+    EXPECT_EQ(nlohmann::json::parse(render(report, Format::json, false)).at("accounts").at(1).at("name"), "o\x1b[2Jp");
+}
+
+TEST_F(Commands, ASwitchWithoutAccountsSaysSo) {
+    for (const char *name : {"admin", "operator", "monitor"})
+        _switch->removeAccount(name, sim::Notify::no);
+    EXPECT_EQ(render(showAccounts(), Format::table, false), "The switch has no user accounts.\n");
+}
+
+TEST_F(Commands, AccountsThatCannotBeReadAreAFailureThatNamesTheArea) {
+    _switch->addFault(refuse("Oper.Switch.NextPotentialUser.*"));
+    EXPECT_THAT(showAccounts, ThrowsMessage<Failure>(HasSubstr("the accounts data could not be read")));
+}
+
+TEST(Cells, AnEmptyCellIsNullForPrograms) {
+    EXPECT_TRUE(emptyCell("-").value.is_null());
+    EXPECT_EQ(emptyCell("-").text, "-");
+}
+
 TEST(Faults, ZerosAreNoFaultsAndAnEmptyListHasNotBeenRead) {
     EXPECT_EQ(faultsCell({}).text, "not read");
     EXPECT_EQ(faultsCell({0, 0}).text, "none");

@@ -67,7 +67,7 @@ std::vector<Row> everyEvent() {
         {make<DCEventPortRemove>(kFabric, kPort, 1), 11, "PortRemove",
          "port 20:01:00:C0:DD:00:A1:B2 left the name server of fabric 10:00:00:C0:DD:00:00:01", portInFabric},
         {make<DCEventPortStatusChange>(kOwn, kPort, kFabric, StatusList{2}, StatusList{6}), 12, "PortStatusChange",
-         "port 20:01:00:C0:DD:00:A1:B2 status OK -> Error",
+         "port 20:01:00:C0:DD:00:A1:B2 went from online to error",
          "{" + kOwnField + "," + kPortField + "," + kFabricField + R"(,"prevStatus":[2],"newStatus":[6]})"},
         {make<DCEventFanAdd>(kOwn, 3), 16, "FanAdd", "fan blade inserted in slot 3", slot3},
         {make<DCEventFanRemove>(kOwn, 3, 1), 17, "FanRemove", "fan blade removed from slot 3, 1 left",
@@ -144,6 +144,31 @@ TEST(Events, SuppliesOfAChassisWithoutSuppliesAreBlades) {
     const Surroundings bladed = {kOwn, 0};
     EXPECT_EQ(wordsOf(DCEventPowerSupplyAdd(kOwn, 9), bladed), "power supply blade inserted in slot 9");
     EXPECT_EQ(wordsOf(DCEventPowerSupplyRemove(kOwn, 9, 1), bladed), "power supply blade removed from slot 9, 1 left");
+}
+
+TEST(Events, APortOfTheSwitchThatIsWatchedIsToldByItsIndexIfThatIsKnown) {
+    Surroundings around = kAround;
+    around.portIndex = [](const Wwn &port) { return static_cast<unsigned short>(port == kPort ? 5 : 65535); };
+    const std::string portName = "port 20:01:00:C0:DD:00:A1:B2";
+    EXPECT_EQ(wordsOf(DCEventPortStatusChange(kOwn, kPort, kFabric, {2}, {10}), around),
+              "port 5 went from online to offline");
+    EXPECT_EQ(wordsOf(DCEventPortAdd(kOwn, kPort, 0), around), "port 5 appeared");
+    EXPECT_EQ(wordsOf(DCEventPortAdd(kOwn, kFabric, 0), around), "port 10:00:00:C0:DD:00:00:01 appeared");
+    EXPECT_EQ(wordsOf(DCEventPortStatusChange(kOther, kPort, kFabric, {2}, {10}), around),
+              portName + " went from online to offline on switch 10:00:00:C0:DD:00:FF:FF");
+    EXPECT_EQ(wordsOf(DCEventPortAdd(kFabric, kPort, 1), around),
+              portName + " entered the name server of fabric 10:00:00:C0:DD:00:00:01")
+        << "what logs in to the name server is no port of the switch";
+}
+
+TEST(Events, APortStatusThatWasNotReadIsSaidToBeOne) {
+    EXPECT_EQ(wordsOf(DCEventPortStatusChange(kOwn, kPort, kFabric, {}, {2})),
+              "port 20:01:00:C0:DD:00:A1:B2 went from not read yet to online");
+}
+
+TEST(Events, ASupplyNumberAboveTheChassisSuppliesIsASlot) {
+    EXPECT_EQ(wordsOf(DCEventPowerSupplyAdd(kOwn, 3)), "power supply blade inserted in slot 3");
+    EXPECT_EQ(wordsOf(DCEventPowerSupplyRemove(kOwn, 7, 1)), "power supply blade removed from slot 7, 1 left");
 }
 
 TEST(Events, NoSupplyOfAChassisHasTheNumberZero) {

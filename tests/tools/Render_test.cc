@@ -35,6 +35,40 @@ TEST(Render, ATableAlignsLabelsAndColumns) {
                                                       "SLOT\n");
 }
 
+TEST(Render, AColumnWithoutATitleIsForProgramsAndScriptsOnly) {
+    Report report;
+    report.listings = {{"ports",
+                        {{"index", "PORT"}, {"number", nullptr}, {"state", "STATE"}},
+                        {{{0, "0"}, {2, "hidden"}, {"online", "online"}}}}};
+    EXPECT_EQ(render(report, Format::table, false), "PORT  STATE\n"
+                                                    "0     online\n");
+    EXPECT_EQ(render(report, Format::terse, false), "ports.1.index=0\n"
+                                                    "ports.1.number=2\n"
+                                                    "ports.1.state=online\n");
+    EXPECT_EQ(nlohmann::json::parse(render(report, Format::json, false)).at("ports").at(0).at("number"), 2);
+}
+
+TEST(Render, ATableWithoutRowsMaySayWhy) {
+    Report report;
+    report.listings = {{"ports", {{"index", "PORT"}}, {}, "No port is offline."}};
+    EXPECT_EQ(render(report, Format::table, false), "No port is offline.\n");
+    EXPECT_EQ(render(report, Format::terse, false), "");
+    EXPECT_EQ(nlohmann::json::parse(render(report, Format::json, false)), nlohmann::json::parse(R"({"ports": []})"));
+    report.listings.front().rows = {{{0, "0"}}};
+    EXPECT_EQ(render(report, Format::table, false), "PORT\n0\n");
+}
+
+TEST(Render, NotesStandBeneathTablesAndNowhereElse) {
+    Report report = sample();
+    report.notes = {"One.", "Two."};
+    EXPECT_THAT(render(report, Format::table, false), testing::EndsWith("SLOT\n\nOne.\nTwo.\n"));
+    EXPECT_EQ(render(report, Format::json, false), render(sample(), Format::json, false));
+    EXPECT_EQ(render(report, Format::terse, false), render(sample(), Format::terse, false));
+    report = Report();
+    report.notes = {"Alone."};
+    EXPECT_EQ(render(report, Format::table, false), "Alone.\n");
+}
+
 TEST(Render, ColourChangesNeitherWordsNorAlignment) {
     std::string coloured = render(sample(), Format::table, true);
     EXPECT_THAT(coloured, testing::HasSubstr("\x1b[32mOK (2)\x1b[0m\n"));
@@ -76,6 +110,7 @@ TEST(Render, TerseValuesStayOnOneLine) {
     EXPECT_EQ(terseValue(nlohmann::ordered_json::array()), "");
     EXPECT_EQ(terseValue(false), "false");
     EXPECT_EQ(terseValue(7), "7");
+    EXPECT_EQ(terseValue(nullptr), "");
 }
 
 TEST(Render, JsonOfBytesThatAreNoUtf8IsStillJson) {

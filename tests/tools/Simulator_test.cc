@@ -10,17 +10,27 @@ extern "C" __attribute__((visibility("default"))) sim::Simulator *olderFactory(c
 }
 
 TEST(SimulatorLookup, FindsTheSimulatedSwitchWhenItIsTheSwitchLibrary) {
-    const auto simulator = dcache::makeSimulator();
+    const auto simulator = dcache::makeSimulator("fixed-24");
     ASSERT_NE(simulator, nullptr);
-    EXPECT_EQ(simulator->get("Oper.Chassis.0.PowerSupplies"), "2");
+    EXPECT_EQ(simulator->get("Oper.Switch.MaxPorts"), "24");
+}
+
+TEST(SimulatorLookup, MakesTheKindOfSwitchThatWasAskedFor) {
+    EXPECT_EQ(dcache::makeSimulator("director-8")->get("Oper.Chassis.0.MaxSlots"), "8");
+}
+
+TEST(SimulatorLookup, AnUnknownKindIsMisuseThatTellsWhichKindsThereAre) {
+    EXPECT_THAT([] { dcache::makeSimulator("toaster"); },
+                testing::ThrowsMessage<dcache::Misuse>(
+                    testing::AllOf(testing::HasSubstr("'toaster'"), testing::HasSubstr("director-8"))));
 }
 
 TEST(SimulatorLookup, SaysSoWhenTheSwitchLibraryIsARealOne) {
-    EXPECT_THAT([] { dcache::makeSimulator("no_such_factory"); },
+    EXPECT_THAT([] { dcache::makeSimulator("fixed-24", "no_such_factory"); },
                 testing::ThrowsMessage<dcache::Failure>(testing::HasSubstr("real switch library")));
 }
 
 TEST(SimulatorLookup, SaysSoWhenTheSimulatedSwitchIsOfAnotherVersion) {
-    EXPECT_THAT([] { dcache::makeSimulator("olderFactory"); },
+    EXPECT_THAT([] { dcache::makeSimulator("fixed-24", "olderFactory"); },
                 testing::ThrowsMessage<dcache::Failure>(testing::HasSubstr("another version")));
 }

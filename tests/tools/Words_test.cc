@@ -42,6 +42,45 @@ TEST(Words, AStatusWithoutAWordIsShownAsItsNumber) {
     EXPECT_EQ(statusWord(32770), "status 32770");
 }
 
+TEST(Words, PortStatesAreTheWordsOfTheSwitchAndEachNumberHasOneOfItsOwn) {
+    EXPECT_EQ(portStateWord(2), "online");
+    EXPECT_EQ(portStateWord(10), "offline");
+    EXPECT_EQ(portStateWord(11), "diagnostics");
+    EXPECT_EQ(portStateWord(6), "error");
+    EXPECT_EQ(portStateWord(0), "unknown");
+    EXPECT_EQ(portStateWord(3), "status 3");
+    EXPECT_THAT(portStateWords(),
+                testing::ElementsAre("online", "offline", "diagnostics", "error", "unknown", "absent"));
+}
+
+TEST(Words, EveryPortTypeOfTheCacheHasItsWord) {
+    const DataCache &cache = []() -> DataCache & {
+        DataCache::init();
+        return *DataCache::getInstance();
+    }();
+    for (const std::string type : {"G", "GL", "E", "F", "FL", "Donor", "TH", "TF", "TR", "PT"})
+        EXPECT_EQ(portTypeWord(cache.smlTypeToCIMType(type)), type);
+    for (const std::string type : {"GL", "EXG"})
+        EXPECT_EQ(hardwareTypeWord(cache.smlHWTypeToCIMHWType(type)), type);
+    DataCache::releaseInstance();
+    EXPECT_EQ(portTypeWord(0), "unknown");
+    EXPECT_EQ(portTypeWord(1), "type 1");
+    EXPECT_EQ(portTypeWord(16005), "type 16005");
+    EXPECT_EQ(hardwareTypeWord(0), "unknown");
+    EXPECT_EQ(hardwareTypeWord(3), "type 3");
+}
+
+TEST(Words, TransceiverFormatsAndBladesHaveWords) {
+    EXPECT_EQ(transceiverFormatWord(0), "SFP");
+    EXPECT_EQ(transceiverFormatWord(1), "other");
+    EXPECT_EQ(transceiverFormatWord(2), "unknown");
+    EXPECT_EQ(transceiverFormatWord(3), "format 3");
+    std::vector<std::string> kinds;
+    for (unsigned short kind = 0; kind <= 5; ++kind)
+        kinds.push_back(bladeKindWord(kind));
+    EXPECT_THAT(kinds, testing::ElementsAre("none", "fan", "power supply", "CPU", "I/O", "kind 5"));
+}
+
 TEST(Words, AStatusListIsTakenApartIntoStateAndFaults) {
     struct Row {
         StatusList list;

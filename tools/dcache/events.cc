@@ -23,9 +23,20 @@ std::string elsewhere(const Wwn &name, const Surroundings &around) {
     return name == around.ownSwitch ? "" : " on switch " + colonForm(name);
 }
 
-/// Supplies of a chassis are numbered from 1. A chassis without any, or the number 0, tells of a supply blade in a slot.
+/// Supplies of a chassis are numbered from 1. A number that none of them has is the slot of a supply blade.
 bool isSupplyBlade(unsigned short number, const Surroundings &around) {
-    return number == 0 || around.powerSupplies == 0;
+    return number == 0 || number > around.powerSupplies;
+}
+
+/// "port 5" for a port of the switch that is watched, "port 20:05:..." for any other.
+std::string portName(const Wwn &owner, const Wwn &port, const Surroundings &around) {
+    const bool isOwn = owner == around.ownSwitch && around.portIndex;
+    const unsigned short index = isOwn ? around.portIndex(port) : kNoPort;
+    return index != kNoPort ? fmt::format("port {}", index) : "port " + colonForm(port);
+}
+
+std::string portState(const StatusList &status) {
+    return status.empty() ? "not read yet" : portStateWord(status.front());
 }
 
 // ---- fabric and switches ----------------------------------------------------------------------------
@@ -160,7 +171,8 @@ template <class Event> Fields portFields(const Event &event) {
 
 std::string words(const DCEventPortAdd &event, const Surroundings &around) {
     if (event.origin == 0)
-        return fmt::format("port {} appeared{}", colonForm(event.portWwn), elsewhere(event.ownerWwn, around));
+        return fmt::format("{} appeared{}", portName(event.ownerWwn, event.portWwn, around),
+                           elsewhere(event.ownerWwn, around));
     return fmt::format("port {} entered the name server of fabric {}", colonForm(event.portWwn),
                        colonForm(event.ownerWwn));
 }
@@ -177,8 +189,8 @@ Fields fields(const DCEventPortRemove &event) {
 }
 
 std::string words(const DCEventPortStatusChange &event, const Surroundings &around) {
-    return fmt::format("port {} status {} -> {}{}", colonForm(event.portWwn), statusWords(event.prevStatus).state,
-                       statusWords(event.newStatus).state, elsewhere(event.switchWwn, around));
+    return fmt::format("{} went from {} to {}{}", portName(event.switchWwn, event.portWwn, around),
+                       portState(event.prevStatus), portState(event.newStatus), elsewhere(event.switchWwn, around));
 }
 Fields fields(const DCEventPortStatusChange &event) {
     return {field("switchWwn", event.switchWwn), field("portWwn", event.portWwn), field("fabricWwn", event.fabricWwn),

@@ -7,6 +7,7 @@
 #ifndef TOOLS_DCACHE_EVENTS_H
 #define TOOLS_DCACHE_EVENTS_H
 
+#include <functional>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
@@ -19,6 +20,8 @@ namespace dcache {
 struct Surroundings {
     Wwn ownSwitch;                    ///< the switch that is watched; events about it need not name it
     unsigned short powerSupplies = 0; ///< supplies of the chassis; 0 when the supplies are blades
+    /// The index of a port of that switch, 65535 for no such port. Without it ports are told by their names.
+    std::function<unsigned short(const Wwn &port)> portIndex = {};
 };
 
 /// One field of an event: its name as declared and its value; world-wide names in colon form, status lists as

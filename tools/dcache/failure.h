@@ -1,5 +1,6 @@
 /*
- * Why the tool gives up: exceptions that main() turns into a message on stderr and exit code 1.
+ * Why the tool gives up: exceptions that main() turns into a message on stderr and an exit code, 2 for Misuse
+ * and 1 for the others.
  */
 #ifndef TOOLS_DCACHE_FAILURE_H
 #define TOOLS_DCACHE_FAILURE_H
@@ -12,6 +13,12 @@ namespace dcache {
 
 /// Something asked for cannot be done; what() is a sentence for the person at the prompt.
 class Failure : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/// The command line asks for something that does not exist, which shows only once it is being carried out.
+class Misuse : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
 };

@@ -25,7 +25,9 @@ Journal *theJournal = nullptr;
 
 void tellEvent(DataCacheEvent *event) {
     const CacheLock cache;
-    const Surroundings around = {cache->getRootSwitchWorldWideName(), cache->getRootPowerSupplyCount()};
+    const Wwn own = cache->getRootSwitchWorldWideName();
+    const Surroundings around = {own, cache->getRootPowerSupplyCount(),
+                                 [&](const Wwn &port) { return cache->calcPortIndex(own, port); }};
     theJournal->tellEvent(describe(*event, around));
 }
 
@@ -138,10 +140,10 @@ bool playStep(const Step &step, TimeFrame &time, sim::Simulator &simulator) {
 /// The whole story; false when the watch was over before it was.
 bool play(const Story &story, double speed, TimeFrame &time, sim::Simulator &simulator) {
     const Clock::time_point begin = Clock::now();
-    for (const Step &step : story.steps) {
-        const std::chrono::duration<double, std::milli> at(static_cast<double>(step.at.count()) / speed);
+    for (size_t i = 0; i < story.steps.size(); ++i) {
+        const std::chrono::duration<double, std::milli> at(static_cast<double>(story.at(i).count()) / speed);
         if (!time.waitUntil(begin + std::chrono::duration_cast<Clock::duration>(at)) ||
-            !playStep(step, time, simulator))
+            !playStep(story.steps[i], time, simulator))
             return false;
     }
     say(fmt::format("\nThe story is over: {} changes on the switch raised {} events.", story.steps.size(),
@@ -152,7 +154,8 @@ bool play(const Story &story, double speed, TimeFrame &time, sim::Simulator &sim
 } // namespace
 
 void watch(const WatchOptions &options, Output &output) {
-    const std::unique_ptr<sim::Simulator> simulator = options.story != nullptr ? makeSimulator() : nullptr;
+    const std::unique_ptr<sim::Simulator> simulator =
+        options.story != nullptr ? makeSimulator(options.story->profile) : nullptr;
     connect();
 
     Interruption interruption(output.descriptor());

@@ -8,6 +8,7 @@
 #include <fmt/format.h>
 #include <functional>
 #include <map>
+#include <optional>
 #include <unistd.h>
 
 #include "tools/dcache/commands/commands.h"
@@ -15,27 +16,32 @@
 #include "tools/dcache/live.h"
 #include "tools/dcache/output.h"
 #include "tools/dcache/render.h"
+#include "tools/dcache/simulator.h"
 #include "tools/dcache/story.h"
+#include "tools/dcache/words.h"
 
 namespace {
 
 constexpr int kFailed = 1;
 constexpr int kUsage = 2;
 
+struct Request;
+
 struct Noun {
     const char *name;
     const char *help;
-    dcache::Report (*show)();
+    dcache::Report (*show)(const Request &request);
+    void (*addOptions)(CLI::App &command, Request &request);  ///< null: no options of its own
+    void (*addShowOptions)(CLI::App &verb, Request &request); ///< those of "show" alone; likewise
+    const char *footer;                                       ///< of its help
 };
-
-constexpr std::array<Noun, 2> kNouns = {{
-    {"switch", "Identity, status and modes of the switch", dcache::showSwitch},
-    {"chassis", "Slots, faults, power supplies and fans of the chassis", dcache::showChassis},
-}};
 
 /// What the command line asks for.
 struct Request {
     std::string format = "table";
+    std::optional<std::string> profile; ///< of the simulated switch
+    dcache::PortFilter ports;
+    std::optional<std::string> port; ///< digits
     double seconds = 0;
     std::string story;
     double speed = 1;
@@ -63,31 +69,81 @@ CLI::Validator between(double lowest, double highest) {
         "");
 }
 
+/// A port number; whether the switch has such a port is another question.
+CLI::Validator digits() {
+    return CLI::Validator(
+        [](std::string &text) {
+            const bool good = !text.empty() && text.find_first_not_of("0123456789") == std::string::npos;
+            return good ? std::string() : fmt::format("{} is not a port number", text);
+        },
+        "");
+}
+
+void addPortFilter(CLI::App &command, Request &request) {
+    CLI::Option *state = command.add_option("--state", request.ports.state, "Only the ports in this state")
+                             ->check(CLI::IsMember(dcache::portStateWords()).description(""))
+                             ->type_name("STATE");
+    command.add_flag("--all", request.ports.all, "Absent ports too")->excludes(state);
+}
+
+void addPortNumber(CLI::App &verb, Request &request) {
+    verb.add_option("port", request.port, "One port, by its number")->check(digits())->type_name("");
+}
+
+dcache::Report showPorts(const Request &request) {
+    if (!request.port)
+        return dcache::showPorts(request.ports);
+    return dcache::showPort(*request.port);
+}
+
+// clang-format off
+constexpr std::array<Noun, 5> kNouns = {{
+    {"switch", "Identity, status and modes of the switch", [](const Request &) { return dcache::showSwitch(); },
+     nullptr, nullptr, "Example:\n  dcache switch -o json"},
+    {"chassis", "Slots, faults, power supplies and fans of the chassis",
+     [](const Request &) { return dcache::showChassis(); }, nullptr, nullptr, "Example:\n  dcache chassis -o json"},
+    {"blades", "What sits in the slots of the chassis", [](const Request &) { return dcache::showBlades(); }, nullptr,
+     nullptr, "Example:\n  dcache --profile director-8 blades"},
+    {"ports", "State, type and transceiver of the ports", showPorts, addPortFilter, addPortNumber,
+     "States: online, offline, diagnostics, error (isolated, or down against its\n"
+     "settings), unknown, absent (not installed or powered off).\n\n"
+     "Examples:\n  dcache ports --state offline\n  dcache ports show 0"},
+    {"accounts", "User accounts of the switch", [](const Request &) { return dcache::showAccounts(); }, nullptr,
+     nullptr, "Example:\n  dcache accounts -o json"},
+}};
+// clang-format on
+
 dcache::Format formatNamed(const std::string &name) {
     static const std::map<std::string, dcache::Format> formats = {
         {"table", dcache::Format::table}, {"json", dcache::Format::json}, {"terse", dcache::Format::terse}};
     return formats.at(name);
 }
 
-void addFormat(CLI::App &command, Request &request) {
+/// The options that every command takes.
+void addCommon(CLI::App &command, Request &request) {
     const std::vector<std::string> names = {"table", "json", "terse"};
     command.add_option("-o,--output", request.format, "table (default), json or terse (for scripts)")
         ->check(CLI::IsMember(names).description(""))
         ->type_name("FORMAT");
+    command.add_option("--profile", request.profile, "Simulate another switch, e.g. director-8")->type_name("NAME");
 }
 
 void addNoun(CLI::App &app, const Noun &noun, Request &request, dcache::Output &output) {
-    const auto show = [&noun, &output](dcache::Format format) {
-        output.print(render(noun.show(), format, output.wantsColour()));
+    const auto show = [&noun, &request, &output](dcache::Format format) {
+        output.print(render(noun.show(request), format, output.wantsColour()));
     };
     CLI::App *command = app.add_subcommand(noun.name, noun.help);
     CLI::App *verb = command->add_subcommand("show", noun.help);
     command->require_subcommand(0, 1);
     for (CLI::App *each : {command, verb}) {
-        addFormat(*each, request);
-        each->footer(fmt::format("Example:\n  dcache {} -o json", noun.name));
+        if (noun.addOptions != nullptr)
+            noun.addOptions(*each, request);
+        addCommon(*each, request);
+        each->footer(noun.footer);
         each->final_callback([&request, show] { request.run = show; });
     }
+    if (noun.addShowOptions != nullptr)
+        noun.addShowOptions(*verb, request);
 }
 
 std::string storiesAndExamples() {
@@ -109,7 +165,7 @@ void addWatch(CLI::App &app, Request &request, dcache::Output &output) {
         ->check(between(0.1, 100))
         ->type_name("FACTOR")
         ->needs(story);
-    addFormat(*command, request);
+    addCommon(*command, request);
     command->footer("Without --for it ends with the story; without a story, on Ctrl-C.\n\n" + storiesAndExamples());
     command->final_callback([&request, &output, duration, story] {
         dcache::WatchOptions options;
@@ -117,6 +173,8 @@ void addWatch(CLI::App &app, Request &request, dcache::Output &output) {
             options.duration = std::chrono::duration<double>(request.seconds);
         if (story->count() != 0)
             options.story = dcache::findStory(request.story);
+        if (options.story != nullptr && request.profile)
+            throw CLI::ValidationError("a story brings its own switch: leave out --profile");
         options.speed = request.speed;
         request.run = [options, &output](dcache::Format format) mutable {
             options.format = format;
@@ -141,6 +199,13 @@ int complain(const std::string &message) {
     return kUsage;
 }
 
+std::string commandNames(const CLI::App &app) {
+    std::string names;
+    for (const CLI::App *command : app.get_subcommands([](const CLI::App *) { return true; }))
+        names += (names.empty() ? "" : ", ") + command->get_name();
+    return names;
+}
+
 int run(int argc, char **argv) {
     dcache::Output output(STDOUT_FILENO);
     Request request;
@@ -149,13 +214,13 @@ int run(int argc, char **argv) {
     app.get_formatter()->column_width(26);
     app.set_version_flag("--version", "dcache " DCACHE_VERSION, "Print the version and exit");
     app.require_subcommand(0, 1);
-    addFormat(app, request);
+    addCommon(app, request);
     for (const Noun &noun : kNouns)
         addNoun(app, noun, request, output);
     addWatch(app, request, output);
     app.footer("A noun alone shows it: \"dcache switch\" is \"dcache switch show\".\n"
                "Exit codes: 0 done, 1 failed, 2 usage.\n\n"
-               "Example:\n  dcache watch --story demo");
+               "Examples:\n  dcache watch --story demo\n  dcache ports --state offline");
     try {
         app.parse(argc, argv);
     } catch (const CLI::CallForHelp &) {
@@ -168,8 +233,15 @@ int run(int argc, char **argv) {
         return complain(error.what());
     }
     if (!request.run)
-        return complain("nothing asked for; there are: switch, chassis, watch");
-    request.run(formatNamed(request.format));
+        return complain("nothing asked for; there are: " + commandNames(app));
+    if (request.port && (request.ports.state || request.ports.all))
+        return complain("a single port is shown whatever its state: leave out --state and --all");
+    try {
+        const auto simulator = request.profile ? dcache::makeSimulator(*request.profile) : nullptr;
+        request.run(formatNamed(request.format));
+    } catch (const dcache::Misuse &misuse) {
+        return complain(misuse.what());
+    }
     return 0;
 }
 

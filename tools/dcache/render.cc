@@ -41,13 +41,24 @@ std::string factsTable(const std::vector<Fact> &facts, bool colour) {
     return out;
 }
 
-std::string listingTable(const Listing &listing, bool colour) {
-    std::vector<std::vector<Cell>> lines(1);
-    for (const Column &column : listing.columns)
-        lines.front().push_back({nullptr, column.title, Tone::accent});
-    lines.insert(lines.end(), listing.rows.begin(), listing.rows.end());
+/// The titles and rows that people see: without the columns that have no title.
+std::vector<std::vector<Cell>> visibleLines(const Listing &listing) {
+    std::vector<std::vector<Cell>> lines(1 + listing.rows.size());
+    for (size_t i = 0; i < listing.columns.size(); ++i) {
+        if (listing.columns[i].title == nullptr)
+            continue;
+        lines.front().push_back({nullptr, listing.columns[i].title, Tone::accent});
+        for (size_t row = 0; row < listing.rows.size(); ++row)
+            lines[row + 1].push_back(listing.rows[row][i]);
+    }
+    return lines;
+}
 
-    std::vector<size_t> widths(listing.columns.size(), 0);
+std::string listingTable(const Listing &listing, bool colour) {
+    if (listing.rows.empty() && !listing.whenEmpty.empty())
+        return listing.whenEmpty + '\n';
+    const auto lines = visibleLines(listing);
+    std::vector<size_t> widths(lines.front().size(), 0);
     for (const auto &line : lines)
         for (size_t i = 0; i < widths.size(); ++i)
             widths[i] = std::max(widths[i], line[i].text.size());
@@ -65,6 +76,10 @@ std::string table(const Report &report, bool colour) {
     std::string out = factsTable(report.facts, colour);
     for (const Listing &listing : report.listings)
         out += (out.empty() ? "" : "\n") + listingTable(listing, colour);
+    if (!out.empty() && !report.notes.empty())
+        out += '\n';
+    for (const std::string &note : report.notes)
+        out += note + '\n';
     return out;
 }
 
@@ -116,6 +131,8 @@ std::string render(const Report &report, Format format, bool colour) {
 std::string terseValue(const nlohmann::ordered_json &value) {
     if (value.is_string())
         return printable(value.get<std::string>());
+    if (value.is_null())
+        return "";
     if (!value.is_array())
         return value.dump();
     std::string list;

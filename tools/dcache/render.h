@@ -4,7 +4,8 @@
  *   table   for people: facts as aligned pairs, lists as aligned columns
  *   json    for programs: one object, the facts and lists under stable keys; a list is always an array
  *   terse   for scripts: one `key=value` per line; an element of a list has its number, from 1, in the key
- *           (`powerSupplies.2.state=bad`); elements of an array value are separated by commas
+ *           (`powerSupplies.2.state=bad`); elements of an array value are separated by commas, and a value that is
+ *           not known is empty
  *
  * Pure functions, callable from any thread.
  */
@@ -36,18 +37,20 @@ struct Fact {
 
 struct Column {
     const char *key;
-    const char *title;
+    const char *title; ///< null: for programs and scripts only
 };
 
 struct Listing {
     const char *key = nullptr;
     std::vector<Column> columns;
     std::vector<std::vector<Cell>> rows; ///< one cell per column
+    std::string whenEmpty = {};          ///< what people read in place of a table without rows; empty: its titles
 };
 
 struct Report {
     std::vector<Fact> facts;
     std::vector<Listing> listings;
+    std::vector<std::string> notes; ///< sentences beneath it all, for people only
 };
 
 /// The whole report as text ending in a newline. `colour` counts for tables only.

@@ -8,43 +8,65 @@ namespace {
 using std::chrono::milliseconds;
 using Switch = sim::Simulator;
 
-// Keys count supplies and fans from 0, people from 1.
+// Keys count supplies and fans from 0, people from 1. Ports and slots everybody counts from 0.
 constexpr const char *kSupply2 = "Oper.Chassis.0.PowerSupply.1";
 constexpr const char *kFan1 = "Oper.Chassis.0.Fan.0";
 constexpr const char *kState = "Oper.Switch.OperState";
 constexpr const char *kFaults = "Oper.Switch.FaultList";
 constexpr const char *kFcoe = "Oper.Switch.FCOEFeature";
+constexpr const char *kPort5 = "Oper.UserPort.0.5.OperState";
+constexpr const char *kPort5Type = "Config.UserPort.0.5.Type";
+constexpr const char *kPort6 = "Oper.UserPort.0.6.OperState";
+constexpr const char *kPort44 = "Oper.UserPort.0.44.OperState";
+constexpr unsigned kEmptyCage = 55;
+constexpr unsigned kFirstIoSlot = 1;
+constexpr unsigned kLastSlot = 7;
 
+sim::Blade blade(const char *type) {
+    sim::Blade blade;
+    blade.type = type;
+    return blade;
+}
+
+// One line per step, so that the story can be read from top to bottom.
+// clang-format off
 const Story &demo() {
     static const Story story = {
-        "demo",
-        "power, fans, state, faults, a login and an alarm; 13 s",
+        "demo", "a director on a bad day: ports, power, faults; 15 s", "director-8",
+        milliseconds(640),
         {
-            {milliseconds(500), "power supply 2 goes bad", [](Switch &device) { device.set(kSupply2, "Bad"); },
+            {"port 44 comes up", [](Switch &device) { device.set(kPort44, "Online"); }, nullptr},
+            {"port 5 goes down", [](Switch &device) { device.set(kPort5, "Offline"); }, nullptr},
+            {"port 5 becomes an E port", [](Switch &device) { device.set(kPort5Type, "E"); },
+             "port types are kept up to date, but raise no events"},
+            {"a transceiver is plugged into port 55", [](Switch &device) { device.plugTransceiver(kEmptyCage, {}); },
+             "the cache knows it now, but tells nobody"},
+            {"the transceiver is pulled out again", [](Switch &device) { device.pullTransceiver(kEmptyCage); },
+             "the cache has forgotten it, without a word"},
+            {"port 6 is powered off", [](Switch &device) { device.set(kPort6, "PoweredOff"); },
+             "a port that goes away raises none, one that comes does"},
+            {"port 6 is powered on", [](Switch &device) { device.set(kPort6, "Online"); }, nullptr},
+            {"the I/O blade is pulled out of slot 7", [](Switch &device) { device.removeBlade(kLastSlot); }, nullptr},
+            {"a fan blade is put into slot 7", [](Switch &device) { device.insertBlade(kLastSlot, blade("FAN")); },
              nullptr},
-            {milliseconds(1700), "power supply 2 is pulled out",
-             [](Switch &device) { device.set(kSupply2, "NotInstalled"); }, nullptr},
-            {milliseconds(2900), "a new power supply 2 is put in", [](Switch &device) { device.set(kSupply2, "Good"); },
-             nullptr},
-            {milliseconds(4100), "fan 1 fails", [](Switch &device) { device.set(kFan1, "Bad"); },
+            {"the account \"ann\" is added", [](Switch &device) { device.addAccount("ann"); }, nullptr},
+            {"the account \"ann\" is removed", [](Switch &device) { device.removeAccount("ann"); }, nullptr},
+            {"power supply 2 goes bad", [](Switch &device) { device.set(kSupply2, "Bad"); }, nullptr},
+            {"power supply 2 is pulled out", [](Switch &device) { device.set(kSupply2, "NotInstalled"); }, nullptr},
+            {"a new power supply 2 is put in", [](Switch &device) { device.set(kSupply2, "Good"); }, nullptr},
+            {"fan 1 fails", [](Switch &device) { device.set(kFan1, "Bad"); },
              "fans are kept up to date, but raise no events"},
-            {milliseconds(5300), "the switch goes offline", [](Switch &device) { device.set(kState, "Offline"); },
-             nullptr},
-            {milliseconds(6500), "the switch comes back online", [](Switch &device) { device.set(kState, "Online"); },
-             nullptr},
-            {milliseconds(7700), "a self-test fails: FW_POST_FAIL in the fault list",
+            {"the switch goes offline", [](Switch &device) { device.set(kState, "Offline"); }, nullptr},
+            {"the switch comes back online", [](Switch &device) { device.set(kState, "Online"); }, nullptr},
+            {"a self-test fails: FW_POST_FAIL in the fault list",
              [](Switch &device) { device.set(kFaults, "FW_POST_FAIL"); },
              "the fault list is read with the chassis, next time"},
-            {milliseconds(8900), "fan 1 runs again", [](Switch &device) { device.set(kFan1, "Good"); },
+            {"fan 1 runs again", [](Switch &device) { device.set(kFan1, "Good"); },
              "the fault list is read now, the switch status not yet"},
-            {milliseconds(10100), "the FCoE feature is turned on", [](Switch &device) { device.set(kFcoe, "True"); },
-             nullptr},
-            {milliseconds(11300), "a login as \"guest\" is refused",
-             [](Switch &device) {
-                 device.deliver(ZOV_EVENT_USER_LOGIN_FAILURE, {0, 0, 0}, "guest");
-             },
-             nullptr},
-            {milliseconds(12500), "the CPU overheats",
+            {"the FCoE feature is turned on", [](Switch &device) { device.set(kFcoe, "True"); }, nullptr},
+            {"a login as \"guest\" is refused",
+             [](Switch &device) { device.deliver(ZOV_EVENT_USER_LOGIN_FAILURE, {0, 0, 0}, "guest"); }, nullptr},
+            {"the CPU overheats",
              [](Switch &device) {
                  device.deliver(ZOV_EVENT_OVERHEAT_ALARM, {0, 0, 0}, "Temp overheat, CPU0 reads 92 degrees Celsius");
              },
@@ -54,9 +76,32 @@ const Story &demo() {
     return story;
 }
 
+const Story &blades() {
+    static const Story story = {
+        "blades", "the blades of a director and their ports; 10 s", "director-8", milliseconds(1900),
+        {
+            {"the I/O blade is pulled out of slot 1", [](Switch &device) { device.removeBlade(kFirstIoSlot); },
+             "the cache follows the last slot; ports go silently"},
+            {"it is put back, with its 16 ports",
+             [](Switch &device) { device.insertBlade(kFirstIoSlot, blade("IO")); }, nullptr},
+            {"the I/O blade is pulled out of slot 7", [](Switch &device) { device.removeBlade(kLastSlot); }, nullptr},
+            {"a CPU blade is put into slot 7", [](Switch &device) { device.insertBlade(kLastSlot, blade("CPU")); },
+             nullptr},
+            {"it makes way for an I/O blade with 16 ports",
+             [](Switch &device) {
+                 device.removeBlade(kLastSlot, sim::Notify::no);
+                 device.insertBlade(kLastSlot, blade("IO"));
+             },
+             nullptr},
+        },
+    };
+    return story;
+}
+// clang-format on
+
 /// Every story there is.
 const std::vector<const Story *> &stories() {
-    static const std::vector<const Story *> all = {&demo()};
+    static const std::vector<const Story *> all = {&demo(), &blades()};
     return all;
 }
 

@@ -15,7 +15,6 @@
 namespace dcache {
 
 struct Step {
-    std::chrono::milliseconds at;  ///< after the story's begin, at speed 1
     const char *words;             ///< what happens on the switch
     void (*act)(sim::Simulator &); ///< makes it happen; throws when the switch does not know how
     const char *whyNoEvent;        ///< said when the step has passed without an event; null: nothing to say
@@ -23,8 +22,13 @@ struct Step {
 
 struct Story {
     const char *name;
-    const char *about; ///< for the help text
+    const char *about;              ///< for the help text
+    const char *profile;            ///< the kind of switch it plays on
+    std::chrono::milliseconds pace; ///< from step to step, at speed 1
     std::vector<Step> steps;
+
+    /// When a step comes, after the story's begin and at speed 1.
+    std::chrono::milliseconds at(size_t step) const { return pace * (step + 1); }
 };
 
 /// The story of this name, null if there is none.

@@ -7,7 +7,7 @@
 namespace dcache {
 namespace {
 
-struct StatusRow {
+struct WordRow {
     unsigned short value;
     const char *word;
 };
@@ -15,7 +15,7 @@ struct StatusRow {
 constexpr unsigned short kFirstFault = 32768; // the vendor range: fault markers
 
 // CIM's OperationalStatus, and the cache's fault markers.
-constexpr std::array<StatusRow, 21> kStatusWords = {{
+constexpr std::array<WordRow, 21> kStatusWords = {{
     {0, "Unknown"},
     {1, "Other"},
     {2, "OK"},
@@ -43,6 +43,43 @@ constexpr std::array<const char *, 4> kHardwareStates = {"unknown", "good", "bad
 
 constexpr std::array<const char *, 7> kAreaWords = {"switch",   "chassis", "blades", "ports",
                                                     "accounts", "fabric",  "zoning"};
+
+// The switch's "Isolated" and "Down" are an error, unless the port was taken down on purpose.
+constexpr std::array<WordRow, 5> kPortStates = {{
+    {2, "online"},
+    {10, "offline"},
+    {11, "diagnostics"},
+    {6, "error"},
+    {0, "unknown"},
+}};
+
+constexpr std::array<WordRow, 11> kPortTypes = {{
+    {0, "unknown"},
+    {2, "G"},
+    {3, "GL"},
+    {4, "E"},
+    {5, "F"},
+    {6, "FL"},
+    {16000, "Donor"},
+    {16001, "TH"},
+    {16002, "TF"},
+    {16003, "TR"},
+    {16004, "PT"},
+}};
+
+constexpr std::array<WordRow, 3> kHardwareTypes = {{{0, "unknown"}, {1, "GL"}, {2, "EXG"}}};
+
+constexpr std::array<WordRow, 3> kTransceiverFormats = {{{0, "SFP"}, {1, "other"}, {2, "unknown"}}};
+
+constexpr std::array<WordRow, 5> kBladeKinds = {{{0, "none"}, {1, "fan"}, {2, "power supply"}, {3, "CPU"}, {4, "I/O"}}};
+
+/// The word of a number; "status 19" for one that has none.
+template <size_t rows>
+std::string wordOf(const std::array<WordRow, rows> &table, unsigned short value, const char *what) {
+    const auto row = std::find_if(table.begin(), table.end(),
+                                  [value](const WordRow &candidate) { return candidate.value == value; });
+    return row != table.end() ? row->word : fmt::format("{} {}", what, value);
+}
 
 void append(std::string &list, const std::string &word) {
     list += list.empty() ? word : ", " + word;
@@ -82,9 +119,34 @@ const char *hardwareStateWord(unsigned short state) {
 }
 
 std::string statusWord(unsigned short status) {
-    const auto row = std::find_if(kStatusWords.begin(), kStatusWords.end(),
-                                  [status](const StatusRow &candidate) { return candidate.value == status; });
-    return row != kStatusWords.end() ? row->word : fmt::format("status {}", status);
+    return wordOf(kStatusWords, status, "status");
+}
+
+std::string portStateWord(unsigned short status) {
+    return wordOf(kPortStates, status, "status");
+}
+
+std::vector<std::string> portStateWords() {
+    std::vector<std::string> words(kPortStates.size());
+    std::transform(kPortStates.begin(), kPortStates.end(), words.begin(), [](const WordRow &row) { return row.word; });
+    words.emplace_back(kAbsent);
+    return words;
+}
+
+std::string portTypeWord(unsigned short type) {
+    return wordOf(kPortTypes, type, "type");
+}
+
+std::string hardwareTypeWord(unsigned short type) {
+    return wordOf(kHardwareTypes, type, "type");
+}
+
+std::string transceiverFormatWord(unsigned short format) {
+    return wordOf(kTransceiverFormats, format, "format");
+}
+
+std::string bladeKindWord(unsigned short kind) {
+    return wordOf(kBladeKinds, kind, "kind");
 }
 
 StatusWords statusWords(const StatusList &list) {

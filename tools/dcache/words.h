@@ -8,6 +8,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "datacache/DataCache.h"
 
@@ -28,6 +29,25 @@ const char *hardwareStateWord(unsigned short state);
 
 /// "OK", "Stopped", "self-test failed": one value of an operational status list.
 std::string statusWord(unsigned short status);
+
+/// What a port that is there is doing: "online", "offline", "diagnostics", "error", "unknown". These are the port states
+/// of the switch, not CIM's words for the numbers.
+std::string portStateWord(unsigned short status);
+/// The index that the cache gives when there is no such port.
+constexpr unsigned short kNoPort = 65535;
+/// The state of a port that is not there.
+constexpr const char *kAbsent = "absent";
+/// Every state a port can be in, kAbsent last.
+std::vector<std::string> portStateWords();
+
+/// "F", "GL", "Donor": the type of a port, "unknown" when the switch has told none. Likewise its hardware type, and the
+/// format of its transceiver: "SFP", "other", "unknown".
+std::string portTypeWord(unsigned short type);
+std::string hardwareTypeWord(unsigned short type);
+std::string transceiverFormatWord(unsigned short format);
+
+/// "I/O", "CPU", "power supply", "fan", "none": what a slot holds.
+std::string bladeKindWord(unsigned short kind);
 
 /// An operational status list of a switch, taken apart. The faults follow the state in the list; a zero among them
 /// means "no such fault", and a list with the state alone was made before the faults had been read.

@@ -37,7 +37,6 @@ INSTANTIATE_TEST_SUITE_P(
                               1},
                     Attribute{"Oper.Switch.OperState", "Online", "Offline", "online", 32},
                     Attribute{"Oper.Switch.DomainID", "1", "239", "240", 49},
-                    Attribute{"Oper.Switch.MaxPorts", "24", "16", "256", 0},
                     Attribute{"Oper.Switch.Nop", "GL", "EXG", kFreeText, 0},
                     Attribute{"Oper.Switch.TransparentModeFeature", "True", "False", "true", 52},
                     Attribute{"Oper.Switch.FCOEFeature", "False", "True", "", 52},

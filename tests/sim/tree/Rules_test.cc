@@ -33,6 +33,34 @@ TEST(Rules, ARefusalSaysWhatIsAllowed) {
     EXPECT_EQ(refusal("Oper.Chassis.0.Fans", "256"), "'Oper.Chassis.0.Fans' cannot be '256'; allowed: 0 to 255");
     EXPECT_EQ(refusal("Oper.Switch.Nop", std::string(256, 'x')),
               "'Oper.Switch.Nop' cannot be '" + std::string(256, 'x') + "'; allowed: a text of at most 255 characters");
+    EXPECT_EQ(refusal("Oper.UserPort.0.0.OperState", "Up"),
+              "'Oper.UserPort.0.0.OperState' cannot be 'Up'; allowed: Online, Offline, Diagnostics, Isolated, Down, "
+              "Downed, NotInstalled, PoweredOff");
+    EXPECT_EQ(refusal("Oper.UserPort.0.0.AdminState", ""),
+              "'Oper.UserPort.0.0.AdminState' cannot be ''; allowed: Online, Offline, Diagnostics, Down, Downed");
+    EXPECT_EQ(refusal("Config.UserPort.0.0.Type", "g"),
+              "'Config.UserPort.0.0.Type' cannot be 'g'; allowed: G, GL, E, F, FL, Donor, TH, TF, TR, PT");
+    EXPECT_EQ(refusal("Oper.UserPort.0.0.DDM.Supported", "Yes"),
+              "'Oper.UserPort.0.0.DDM.Supported' cannot be 'Yes'; allowed: True, False, or nothing");
+    EXPECT_EQ(refusal("Oper.UserPort.0.0.SFPData0_31", "03"),
+              "'Oper.UserPort.0.0.SFPData0_31' cannot be '03'; allowed: 64 hexadecimal digits, or nothing");
+    EXPECT_EQ(refusal("Oper.UserPort.0.0.SFPSerialNumber", "A1"),
+              "'Oper.UserPort.0.0.SFPSerialNumber' cannot be 'A1'; allowed: 16 printing characters, or nothing");
+    EXPECT_EQ(refusal("Oper.UserPort.0.0.WWN", "200000C0DD00A1B2"),
+              "'Oper.UserPort.0.0.WWN' cannot be '200000C0DD00A1B2'; allowed: nothing; it follows from other "
+              "attributes");
+    EXPECT_EQ(refusal("Oper.Blade.0.OperState", "Isolated"),
+              "'Oper.Blade.0.OperState' cannot be 'Isolated'; allowed: Online, Offline, Diagnostics, Pending, Down, "
+              "Downed, NotInstalled, PoweredOff");
+    EXPECT_EQ(refusal("Oper.Blade.0.AdminState", "Pending"),
+              "'Oper.Blade.0.AdminState' cannot be 'Pending'; allowed: Online, Offline, Diagnostics, Down, Downed, "
+              "PoweredOff, or nothing");
+    EXPECT_EQ(refusal("Oper.Blade.0.DiagStatus", "Passed"),
+              "'Oper.Blade.0.DiagStatus' cannot be 'Passed'; allowed: Good, Compromised, Failed, or nothing");
+    EXPECT_EQ(refusal("Oper.Blade.0.Type", "io"),
+              "'Oper.Blade.0.Type' cannot be 'io'; allowed: IO, CPU, PS, FAN, or nothing");
+    EXPECT_EQ(refusal("Oper.Blade.0.TempSensors", "256"),
+              "'Oper.Blade.0.TempSensors' cannot be '256'; allowed: 0 to 255, or nothing");
     EXPECT_EQ(refusal("Oper.Switch.Color", "red"), "the switch has no attribute 'Oper.Switch.Color'");
 }
 
@@ -50,4 +78,22 @@ TEST(Rules, NumbersArePlainAndWithinTheirRange) {
         EXPECT_EQ(refusal("Oper.Switch.DomainID", value), "taken") << value;
     for (const char *value : {"0", "240", "01", "+1", "-1", "1.0", " 1", "0x1", "", "9999999999"})
         EXPECT_NE(refusal("Oper.Switch.DomainID", value), "taken") << value;
+}
+
+TEST(Rules, IdentificationHasSixtyFourDigitsOrNone) {
+    constexpr const char *key = "Oper.UserPort.0.0.SFPData32_63";
+    EXPECT_EQ(refusal(key, std::string(64, 'a')), "taken");
+    EXPECT_EQ(refusal(key, ""), "taken");
+    EXPECT_NE(refusal(key, std::string(63, '0')), "taken");
+    EXPECT_NE(refusal(key, std::string(65, '0')), "taken");
+    EXPECT_NE(refusal(key, std::string(63, '0') + "x"), "taken");
+}
+
+TEST(Rules, SerialNumbersOfTransceiversPrintFromTheBlankToTheTilde) {
+    constexpr const char *key = "Oper.UserPort.0.0.SFPSerialNumber";
+    EXPECT_EQ(refusal(key, " AB  12        ~"), "taken");
+    EXPECT_EQ(refusal(key, ""), "taken");
+    for (const char *value :
+         {"0123456789ABCDE", "0123456789ABCDEF0", "0123456789ABCDE\x1F", "0123456789ABCDE\x7F", "0123456789ABCDE\xE9"})
+        EXPECT_NE(refusal(key, value), "taken") << value;
 }

@@ -10,18 +10,31 @@ using simtest::Client;
 
 TEST(Tree, HoldsEveryAttributeOfTheDefaultSwitchInOrder) {
     const auto device = sim::create();
-    const std::vector<std::string> expected = {
+    std::vector<std::string> expected = {
         "Oper.Switch.WWN",
         "Oper.Switch.WhoIsPrincipal",
         "Oper.Switch.OperState",
         "Oper.Switch.DomainID",
-        "Oper.Switch.MaxPorts",
         "Oper.Switch.Nop",
         "Oper.Switch.TransparentModeFeature",
         "Oper.Switch.FCOEFeature",
         "Oper.Switch.EthernetPassthroughFeature",
         "Oper.Switch.EnhFaultMonFeature",
         "Config.Switch.TransparentMode",
+        "Oper.Switch.MaxPorts",
+    };
+    const auto append = [&](std::initializer_list<const char *> keys) {
+        expected.insert(expected.end(), keys.begin(), keys.end());
+    };
+    for (const char *attribute :
+         {"Oper.UserPort.0.%u.OperState", "Oper.UserPort.0.%u.AdminState", "Config.UserPort.0.%u.Type",
+          "Oper.UserPort.0.%u.DDM.Supported", "Oper.UserPort.0.%u.SFPData0_31", "Oper.UserPort.0.%u.SFPData32_63",
+          "Oper.UserPort.0.%u.SFPSerialNumber", "Oper.UserPort.0.%u.WWN"})
+        for (int port = 0; port < 24; ++port) {
+            std::string key = attribute;
+            expected.push_back(key.replace(key.find("%u"), 2, std::to_string(port)));
+        }
+    append({
         "Oper.Chassis.0.PowerSupplies",
         "Oper.Chassis.0.PowerSupply.0",
         "Oper.Chassis.0.PowerSupply.1",
@@ -29,25 +42,38 @@ TEST(Tree, HoldsEveryAttributeOfTheDefaultSwitchInOrder) {
         "Oper.Chassis.0.Fan.0",
         "Oper.Chassis.0.Fan.1",
         "Oper.Chassis.0.Fan.2",
-        "Oper.Chassis.0.MaxSlots",
         "Oper.Switch.FaultList",
+        "Oper.Chassis.0.MaxSlots",
+        "Oper.Blade.0.OperState",
+        "Oper.Blade.0.AdminState",
+        "Oper.Blade.0.DiagStatus",
+        "Oper.Blade.0.Type",
+        "Oper.Blade.0.PlanarPartNum",
+        "Oper.Blade.0.BoardSerialNum",
+        "Oper.Blade.0.TempSensors",
+        "Oper.Blade.0.VoltageSensors",
         "Oper.Blade.0.FaultList",
+        "Oper.Switch.FirstPotentialUser",
+        "Oper.Switch.NextPotentialUser.admin",
+        "Oper.Switch.NextPotentialUser.operator",
+        "Oper.Switch.NextPotentialUser.monitor",
         "Config.Mfg.BrandName",
         "Config.Mfg.ChassisPartNum",
         "Config.Mfg.ChassisSerialNum",
         "Config.Mfg.PlanarPartNum",
         "Config.Mfg.ProductFeatureType",
-    };
+    });
     EXPECT_EQ(device->keys(), expected);
 }
 
 TEST(Tree, EveryKeyIsThereOnceAndReadable) {
-    const auto device = sim::create();
+    const auto device = sim::create("director-8");
     const Client client;
     const std::vector<std::string> keys = device->keys();
     EXPECT_EQ(std::set<std::string>(keys.begin(), keys.end()).size(), keys.size());
     for (const std::string &key : keys) {
-        EXPECT_EQ(client.get(key).status, 0) << key;
+        const bool endsAWalk = key == "Oper.Switch.NextPotentialUser.monitor";
+        EXPECT_EQ(client.get(key).status, endsAWalk ? simtest::kEndOfList : 0) << key;
         EXPECT_EQ(client.get(key).value, device->get(key)) << key;
     }
 }
@@ -58,16 +84,40 @@ TEST(Tree, KeysFollowTheNumberOfUnits) {
     device->set("Oper.Chassis.0.Fans", "0");
     EXPECT_EQ(device->keys().size(), before - 3);
     device->set("Oper.Chassis.0.MaxSlots", "16");
-    EXPECT_EQ(device->keys().size(), before - 3 + 15);
+    EXPECT_EQ(device->keys().size(), before - 3 + 15 * 9);
+    device->set("Oper.Switch.MaxPorts", "25");
+    EXPECT_EQ(device->keys().size(), before - 3 + 15 * 9 + 8);
+    device->removeAccount("operator");
+    EXPECT_EQ(device->keys().size(), before - 3 + 15 * 9 + 8 - 1);
 }
 
 TEST(Tree, NeighboursOfAKeyAreNotTheKey) {
     const auto device = sim::create();
     const Client client;
-    for (const char *key :
-         {"", ".", "Oper", "Oper.Switch", "Oper.Switch.", "Oper.Switch.WW", "Oper.Switch.WWNX", "oper.switch.wwn",
-          " Oper.Switch.WWN", "Oper.Switch.WWN ", "Oper.Chassis.0.Fan.%u", "Oper.Blade.0FaultList",
-          "Oper.Blade..FaultList", "Oper.Blade.0.FaultList.0", "Oper.Blade.FaultList",
-          "Oper.Blade.99999999999999999999.FaultList", "Oper.Blade.4294967296.FaultList"})
+    for (const char *key : {"",
+                            ".",
+                            "Oper",
+                            "Oper.Switch",
+                            "Oper.Switch.",
+                            "Oper.Switch.WW",
+                            "Oper.Switch.WWNX",
+                            "oper.switch.wwn",
+                            " Oper.Switch.WWN",
+                            "Oper.Switch.WWN ",
+                            "Oper.Chassis.0.Fan.%u",
+                            "Oper.Switch.NextPotentialUser.%s",
+                            "Oper.Switch.NextPotentialUser.",
+                            "Oper.Switch.NextPotentialUser",
+                            "Oper.Switch.NextPotentialUser.admin.",
+                            "Oper.UserPort.0.0.DDM",
+                            "Oper.UserPort.0.1",
+                            "Oper.UserPort.1.0.OperState",
+                            "Config.UserPort.0.0.OperState",
+                            "Oper.Blade.0FaultList",
+                            "Oper.Blade..FaultList",
+                            "Oper.Blade.0.FaultList.0",
+                            "Oper.Blade.FaultList",
+                            "Oper.Blade.99999999999999999999.FaultList",
+                            "Oper.Blade.4294967296.FaultList"})
         EXPECT_EQ(client.get(key).status, simtest::kNoSuchKey) << "'" << key << "'";
 }

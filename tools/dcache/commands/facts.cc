@@ -6,6 +6,10 @@
 
 namespace dcache {
 
+Cell emptyCell(const char *sign) {
+    return {nullptr, sign, Tone::faint};
+}
+
 Cell faultsCell(const StatusList &faults) {
     Cell cell{nlohmann::ordered_json::array(), "", Tone::bad};
     for (const unsigned short fault : faults) {

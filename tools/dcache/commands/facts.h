@@ -9,6 +9,9 @@
 
 namespace dcache {
 
+/// Nothing to tell: null for programs, a sign for people.
+Cell emptyCell(const char *sign);
+
 /// The chassis' fault list: an array of texts; for people also when it is empty or has not been read.
 Cell faultsCell(const StatusList &faults);
 
