@@ -15,8 +15,8 @@ namespace numbers {
 /// Signed decimal; a number beyond the 32-bit range gives the nearer end of it.
 int32_t decimal(const char *text);
 
-/// Unsigned number in base 10 or 16 (0: a leading "0x" means 16, a leading "0" means 8, else 10). One beyond the range gives all ones; a
-/// negative number counts down from 2^32, so "-1" is all ones too.
+/// Unsigned number in base 10 or 16 (0: a leading "0x" means 16, a leading "0" means 8, else 10). One beyond the range
+/// gives all ones; a negative number counts down from 2^32, so "-1" is all ones too.
 uint32_t unsignedNumber(const char *text, int base);
 
 /// The 16-bit fields of the cache hold the low half of what was read.

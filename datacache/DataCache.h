@@ -80,8 +80,8 @@ public:
 
     // ---- the evaluation pass (EvaluationPass.cc) -----------------------------------------------------
 
-    /// One pass: dispatches the queued notifications and refreshes what was asked for; true when all areas are good. A call
-    /// from inside the callback does nothing but return isCacheReady().
+    /// One pass: dispatches the queued notifications and refreshes what was asked for; true when all areas are good. A
+    /// call from inside the callback does nothing but return isCacheReady().
     bool evaluateCaches();
 
     /// All areas were good at the end of the last pass.
@@ -129,8 +129,8 @@ public:
     unsigned short getRootMaxSlots() const;
     unsigned short getRootPowerSupplyCount() const;
     unsigned short getRootFanCount() const;
-    /// Hardware state of a power supply or fan, counted from 0: 1 good, 2 bad, 3 not installed, 0 unknown; also 0 for one
-    /// that the chassis does not have.
+    /// Hardware state of a power supply or fan, counted from 0: 1 good, 2 bad, 3 not installed, 0 unknown; also 0 for
+    /// one that the chassis does not have.
     unsigned short getRootPowerSupplyStatus(unsigned short index) const;
     unsigned short getRootFanStatus(unsigned short index) const;
 
@@ -138,13 +138,13 @@ public:
 
     /// Slots of the chassis; 1 for a chassis with a single slot, 0 until it has been read.
     unsigned short getRootSlotCount() const;
-    /// Walks the slots, 0 to 31, that hold an I/O blade; 65535 after the last one. The walk's end is getRootMaxSlots(): going past
-    /// slot 31 before it throws std::out_of_range with the text "bitset::test". After a pass only the blade of the last slot
-    /// is known.
+    /// Walks the slots, 0 to 31, that hold an I/O blade; 65535 after the last one. The walk's end is
+    /// getRootMaxSlots(): going past slot 31 before it throws std::out_of_range with the text "bitset::test". After a
+    /// pass only the blade of the last slot is known.
     unsigned short getFirstRootIOBladeIndex() const;
     unsigned short getNextRootIOBladeIndex(const unsigned short &index) const;
-    /// What a slot holds: 0 nothing known, 1 a fan blade, 2 a power-supply blade, 3 a CPU blade, 4 an I/O blade; 0 for slots
-    /// from 32 up. The other three likewise.
+    /// What a slot holds: 0 nothing known, 1 a fan blade, 2 a power-supply blade, 3 a CPU blade, 4 an I/O blade; 0 for
+    /// slots from 32 up. The other three likewise.
     unsigned short getRootBladeKind(unsigned short slot) const;
     unsigned short getRootBladeStatus(unsigned short slot) const;
     unsigned short getRootTemperatureSensorCount(const unsigned short &slot) const;
@@ -155,8 +155,8 @@ public:
 
     // ---- ports of the local switch (portindex.cc) ----------------------------------------------------
 
-    /// A port's index is decimal text; "0" is the only text that names port 0, and "65535", the empty text and letters name no port.
-    /// Numbers are cut to 16 bits. A port of the local switch is usable when it is present and no pass-through port.
+    // A port's index is decimal text. "0" is the only text that names port 0: the empty text and letters name no port.
+    // Numbers are cut to 16 bits. A port of the local switch is usable when it is present and no pass-through port.
 
     unsigned short getMaxRootPorts() const;
     /// Walks the usable ports in rising order; the empty text after the last one, and until the ports have been read.
@@ -175,15 +175,15 @@ public:
     /// The name of a switch's port; zero when there is no such port. On the local switch an index above 255 throws
     /// std::out_of_range with the text "bitset::test".
     Wwn calcPortWorldWideName(const Wwn &switchWwn, unsigned short index) const;
-    /// The same from text to text, empty when there is no such port. Here any text that holds no number names port 0; "-1" names
-    /// none.
+    /// The same from text to text, empty when there is no such port. Here any text that holds no number names port 0;
+    /// "-1" names none.
     std::string calcPortWwn(const std::string &switchWwn, const std::string &index) const;
     /// The index of a switch's port; 65535, or the empty text, when there is no such port.
     unsigned short calcPortIndex(const Wwn &switchWwn, const Wwn &portWwn);
     std::string calcPortIndex(const std::string &switchWwn, const std::string &portWwn);
 
-    /// What is in a port's transceiver cage, of a port that is present and has a transceiver with digital diagnostics. For
-    /// others, and for text that names no port: false, 2 and empty texts. An index above 255 throws
+    /// What is in a port's transceiver cage, of a port that is present and has a transceiver with digital diagnostics.
+    /// For others, and for text that names no port: false, 2 and empty texts. An index above 255 throws
     /// std::out_of_range with the text "bitset::test".
     bool getTransceiverDDMSupported(const std::string &index);
     /// 0: SFP, 2: unknown, 1: any other format.
@@ -201,7 +201,7 @@ public:
 
     /// The fabric, for number 1; null for any other. The lock is not held when it returns: hold it to use the pointer.
     FabricCache *getFabric(unsigned short number) const;
-    /// Whether a list of names holds this one.
+    /// Whether a list of names holds this one. Looks at nothing but its arguments, and so takes no lock.
     bool _fabricContainsWWN(std::vector<Wwn> names, Wwn wwn) const;
 
     // ---- refresh, one routine per area (refresh/) ----------------------------------------------------

@@ -3,8 +3,8 @@
  * PortCache values.
  *
  * Thread-safety: these are parts of the cache object and are guarded by its lock. A client that got a FabricCache or
- * SwitchCache pointer holds the lock (DataCache::getInstance()) while it uses it; the pointer of a fabric is good for the life
- * of the cache, that of a switch only until the lock is given back: the next refresh of the fabric may delete
+ * SwitchCache pointer holds the lock (DataCache::getInstance()) while it uses it; the pointer of a fabric is good for
+ * the life of the cache, that of a switch only until the lock is given back: the next refresh of the fabric may delete
  * it. A PortCache is a value and the client's own.
  *
  * Errors: every miss is the null port, a null pointer or an empty text; nothing throws.
@@ -57,7 +57,8 @@ public:
     /// Walks the ports. A port's successor is looked up by its index; the null port follows the last one.
     PortCache getFirstPort() const;
     PortCache getNextPort(const PortCache &current) const;
-    /// The port that the link-state database gives this index: decimal, hexadecimal with "0x" or octal with a leading 0.
+    /// The port that the link-state database gives this index: decimal, hexadecimal with "0x" or octal with a leading
+    /// 0.
     PortCache getPortByLSDBPortIndex(const std::string &text) const;
     PortCache getPortByWorldWideName(const Wwn &wwn) const;
     PortCache getPortByWwn(const std::string &text) const;

@@ -1,9 +1,9 @@
 /*
  * A batch of SML reads over the shared entries.
  *
- * All refresh routines fill the same 64 statically allocated entries: the EVAL thread's small stack has no room
- * for them, and only one routine runs at a time, under the cache's lock. Starting a batch clears nothing: an entry holds its
- * last value until a read fills it anew.
+ * All refresh routines fill the same 64 statically allocated entries: the EVAL thread's small stack has no room for
+ * them, and only one routine runs at a time, under the cache's lock. Starting a batch clears nothing: an entry holds
+ * its last value until a read fills it anew.
  */
 #ifndef DATACACHE_SMLENTRIES_H
 #define DATACACHE_SMLENTRIES_H

@@ -1,6 +1,7 @@
 // Ports by name and by index, and what is in their transceiver cages: queries over the pictures.
 #include <algorithm>
 #include <limits>
+#include <optional>
 #include <stdexcept>
 
 #include "common/AccessLock.h"
@@ -14,10 +15,18 @@ namespace {
 constexpr unsigned short kNoPort = 65535;
 constexpr int kNoLocalPort = -1;
 
-/// The port that an index text names. Text that reads as 0 names port 0 only if it is "0".
-unsigned short portOf(const std::string &index) {
+/// The port that an index text names, if any. Text that reads as 0 names port 0 only if it is "0".
+std::optional<unsigned> portOf(const std::string &index) {
     const auto port = static_cast<unsigned short>(numbers::unsignedNumber(index.c_str(), 10));
-    return port == 0 && index != "0" ? kNoPort : port;
+    if (port == 0 && index != "0")
+        return std::nullopt;
+    return port;
+}
+
+/// A port's value; 0 for text that names no port of the table.
+unsigned short at(const std::array<unsigned short, kPortSlots> &table, const std::string &index) {
+    const unsigned port = portOf(index).value_or(kPortSlots);
+    return port < kPortSlots ? table[port] : static_cast<unsigned short>(0);
 }
 
 /// The switch's first port has this number in its name.
@@ -55,10 +64,10 @@ std::string DataCache::getFirstRootPortIndex() const {
 
 std::string DataCache::getNextRootPortIndex(const std::string &index) const {
     const AccessLock lock;
-    const unsigned short port = portOf(index);
-    if (_ports.port0Wwn == Wwn() || port == kNoPort)
+    const std::optional<unsigned> port = portOf(index);
+    if (_ports.port0Wwn == Wwn() || !port)
         return {};
-    return textOf(_nextUsablePort(port + 1U, _ports.maxPorts));
+    return textOf(_nextUsablePort(*port + 1, _ports.maxPorts));
 }
 
 unsigned short DataCache::getMaxRootPorts() const {
@@ -68,25 +77,22 @@ unsigned short DataCache::getMaxRootPorts() const {
 
 unsigned short DataCache::getPortType(const std::string &index) const {
     const AccessLock lock;
-    const unsigned short port = portOf(index);
-    return port < kPortSlots ? _ports.type[port] : 0;
+    return at(_ports.type, index);
 }
 
 unsigned short DataCache::getPortHWType(const std::string &index) const {
     const AccessLock lock;
-    const unsigned short port = portOf(index);
-    return port < kPortSlots ? _ports.hwType[port] : 0;
+    return at(_ports.hwType, index);
 }
 
 unsigned short DataCache::getPortStatus(const std::string &index) const {
     const AccessLock lock;
-    const unsigned short port = portOf(index);
-    return port < kPortSlots ? _ports.status[port] : 0;
+    return at(_ports.status, index);
 }
 
 bool DataCache::isPortPresent(const std::string &index) const {
     const AccessLock lock;
-    const unsigned short port = portOf(index);
+    const unsigned port = portOf(index).value_or(kPortSlots);
     return port < kPortSlots && _ports.present.test(port);
 }
 
@@ -177,12 +183,12 @@ std::string DataCache::calcPortIndex(const std::string &switchWwn, const std::st
 // ---- transceivers -------------------------------------------------------------------------------------
 
 const Transceiver *DataCache::_transceiverOf(const std::string &index) const {
-    const unsigned short port = portOf(index);
-    if (port == kNoPort)
+    const std::optional<unsigned> port = portOf(index);
+    if (!port)
         return nullptr;
-    if (port >= kPortSlots)
+    if (*port >= kPortSlots)
         throw std::out_of_range("bitset::test");
-    return _ports.present.test(port) && _transceivers[port].ddm ? &_transceivers[port] : nullptr;
+    return _ports.present.test(*port) && _transceivers[*port].ddm ? &_transceivers[*port] : nullptr;
 }
 
 bool DataCache::getTransceiverDDMSupported(const std::string &index) {
@@ -217,6 +223,7 @@ std::string DataCache::getRootPortIndexForTransceiver(const std::string & /*vend
 
 std::string DataCache::_sanitizedMediaVendorSN(const char *raw) const {
     constexpr std::size_t longest = 16;
+    const AccessLock lock;
     const std::string text = raw != nullptr ? raw : "";
     std::string serial = text.substr(0, longest);
     serial.erase(serial.find_last_not_of(' ') + 1);

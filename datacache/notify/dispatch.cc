@@ -134,25 +134,11 @@ private:
 };
 
 const std::array<DataCache::Dispatch::Row, 19> DataCache::Dispatch::rows{{
-    {14, refreshPort},
-    {15, refreshPort},
-    {28, refreshBlades},
-    {29, refreshBlades},
-    {32, refreshSwitch},
-    {33, refreshChassis},
-    {39, refreshBlades},
-    {40, tellOverheat},
-    {50, refreshAccounts},
-    {52, refreshFeatures},
-    {57, refreshFeatures},
-    {72, tellPasswordChange},
-    {73, tellLoginFailure},
-    {74, tellHighVoltage},
-    {75, tellLowVoltage},
-    {76, insertMedia},
-    {77, removeMedia},
-    {78, tellCimChange},
-    {82, refreshFaults},
+    {14, refreshPort},      {15, refreshPort},     {28, refreshBlades},   {29, refreshBlades},
+    {32, refreshSwitch},    {33, refreshChassis},  {39, refreshBlades},   {40, tellOverheat},
+    {50, refreshAccounts},  {52, refreshFeatures}, {57, refreshFeatures}, {72, tellPasswordChange},
+    {73, tellLoginFailure}, {74, tellHighVoltage}, {75, tellLowVoltage},  {76, insertMedia},
+    {77, removeMedia},      {78, tellCimChange},   {82, refreshFaults},
 }};
 
 void DataCache::Dispatch::insertMedia(DataCache &cache, const zov_event_s &event) {
@@ -167,15 +153,15 @@ void DataCache::Dispatch::insertMedia(DataCache &cache, const zov_event_s &event
     const int items = std::sscanf(text.c_str(), "%d;%d;%d;%d;%d;%d;%16s;%d", &unused[0], &unused[1], &unused[2], &port,
                                   &present, &code, serial.data(), &format);
     if (items < wanted) {
-        cim_log(CIM_LOG_INFO,
-                "DCACHE: ZOV_EVENT_PORT_MEDIA_INSTERTED event only contains %d items, string = '%s'\n", items,
-                text.c_str());
+        cim_log(CIM_LOG_INFO, "DCACHE: ZOV_EVENT_PORT_MEDIA_INSTERTED event only contains %d items, string = '%s'\n",
+                items, text.c_str());
         return;
     }
     Transceiver transceiver;
     if (present != 0) {
         transceiver.ddm = true;
-        transceiver.vendorOUI = std::string(1, static_cast<char>(code)); // the code itself; a refresh of the port reads the OUI
+        // One character, the code itself. The OUI comes with the next refresh of the port.
+        transceiver.vendorOUI = std::string(1, static_cast<char>(code));
         transceiver.vendorSN = cache._sanitizedMediaVendorSN(serial.data());
         transceiver.format = static_cast<unsigned char>(format);
     }
@@ -189,8 +175,8 @@ void DataCache::Dispatch::removeMedia(DataCache &cache, const zov_event_s &event
     int port = 0;
     const int items = std::sscanf(text.c_str(), "%d;%d;%d;%d", &unused[0], &unused[1], &unused[2], &port);
     if (items < wanted) {
-        cim_log(CIM_LOG_INFO, "DCACHE: ZOV_EVENT_PORT_MEDIA_REMOVED event only contains %d items, string = '%s'\n", items,
-                text.c_str());
+        cim_log(CIM_LOG_INFO, "DCACHE: ZOV_EVENT_PORT_MEDIA_REMOVED event only contains %d items, string = '%s'\n",
+                items, text.c_str());
         return;
     }
     setTransceiver(cache, port, Transceiver());

@@ -33,7 +33,8 @@ bool DataCache::_getAcctInfo() {
     return true;
 }
 
-/// Follows the chain of account names to its end and tells the status that ended it; false when the switch did not answer.
+/// Follows the chain of account names to its end and tells the status that ended it; false when the switch did not
+/// answer.
 bool DataCache::_walkAccounts(int32_t &end) {
     std::string key = "Oper.Switch.FirstPotentialUser";
     for (;;) {

@@ -15,8 +15,8 @@ bool isHere(const SmlEntry &state) {
     return !state.failed() && !state.is("NotInstalled") && !state.is("PoweredOff");
 }
 
-/// Format from the identifier byte of the transceiver's identification data. The byte is text of two hexadecimal digits,
-/// but only these two values matter, and both read the same in decimal.
+/// Format from the identifier byte of the transceiver's identification data. The byte is text of two hexadecimal
+/// digits and is read as a decimal number all the same, as clients know it: 0A to 0F count as 0.
 unsigned char formatOf(const std::string &identification) {
     switch (numbers::decimal(identification.substr(0, 2).c_str())) {
     case 0:

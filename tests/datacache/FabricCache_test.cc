@@ -1,10 +1,40 @@
 #include "datacache/FabricCache.h"
 
+#include <cstdlib>
 #include <memory>
+#include <new>
 
 #include <gmock/gmock.h>
 
 #include "tests/support/Log.h"
+
+namespace {
+
+// A switch tells nobody that it is deleted; its memory does.
+const void *watchedMemory = nullptr;
+int timesFreed = 0;
+
+void release(void *memory) noexcept {
+    if (memory != nullptr && memory == watchedMemory)
+        ++timesFreed;
+    std::free(memory); // NOLINT(cppcoreguidelines-no-malloc): the counterpart of the allocation below
+}
+
+} // namespace
+
+void *operator new(std::size_t size) {
+    if (void *memory = std::malloc(size > 0 ? size : 1)) // NOLINT(cppcoreguidelines-no-malloc)
+        return memory;
+    throw std::bad_alloc();
+}
+
+void operator delete(void *memory) noexcept {
+    release(memory);
+}
+
+void operator delete(void *memory, std::size_t /*size*/) noexcept {
+    release(memory);
+}
 
 namespace {
 
@@ -90,6 +120,8 @@ TEST(SwitchCacheTest, WithoutABasePortNameEveryLookupGivesTheNullPort) {
     EXPECT_TRUE(made->getPortByLSDBPortIndex("1").isNull());
     EXPECT_TRUE(made->getPortByWorldWideName(nameOf("200100C0DD00A1B2")).isNull());
     EXPECT_TRUE(made->getPortByWwn("200100C0DD00A1B2").isNull());
+    EXPECT_TRUE(made->getPortByLSDBPortIndex("300").isNull());
+    EXPECT_EQ(support::readFile(support::kMainLog), "") << "nothing is looked up";
 }
 
 TEST(SwitchCacheTest, WalksItsPortsInTheOrderOfTheRows) {
@@ -174,11 +206,13 @@ TEST(SwitchCacheTest, AnIndexAbove255IsOutOfRange) {
     const auto made = makeSwitch(kSwitch, kPortBase, {{44, 1}, {255, 3}, {108, 2}});
     EXPECT_EQ(made->getPortByLSDBPortIndex("255")._port_index, 3U);
     const std::size_t mark = support::logMark();
+    EXPECT_TRUE(made->getPortByLSDBPortIndex("256").isNull());
     EXPECT_TRUE(made->getPortByLSDBPortIndex("300").isNull());
     EXPECT_TRUE(made->getPortByLSDBPortIndex("4294967296").isNull());
     EXPECT_THAT(
         support::messagesSince(mark),
-        ElementsAre("DCACHE: SwitchCache::getPortByLSDBPortIndex( 300 ) port=300 is out of range",
+        ElementsAre("DCACHE: SwitchCache::getPortByLSDBPortIndex( 256 ) port=256 is out of range",
+                    "DCACHE: SwitchCache::getPortByLSDBPortIndex( 300 ) port=300 is out of range",
                     "DCACHE: SwitchCache::getPortByLSDBPortIndex( 4294967296 ) port=4294967295 is out of range"));
 }
 
@@ -301,6 +335,19 @@ TEST_F(FabricTest, FindsASwitchByName) {
     EXPECT_EQ(fabric.getSwitchByWwn("1000000000000003"), nullptr);
     EXPECT_EQ(fabric.getSwitchByWwn("x"), nullptr);
     EXPECT_EQ(support::readFile(support::kMainLog), "");
+}
+
+TEST(FabricCacheTest, ItsEndIsTheEndOfEverySwitchWhoeverOwnsIt) {
+    for (const bool owned : {true, false}) {
+        auto fabric = std::make_unique<FabricCache>();
+        auto *made = new SwitchCache;
+        fabric->_switches.add(Element<SwitchCache>::alloc(made, owned));
+        watchedMemory = made;
+        timesFreed = 0;
+        fabric.reset();
+        watchedMemory = nullptr;
+        EXPECT_EQ(timesFreed, 1) << owned;
+    }
 }
 
 TEST_F(FabricTest, FindsTheSwitchOfAPort) {

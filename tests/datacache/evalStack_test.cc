@@ -65,9 +65,15 @@ TEST_F(EvalStack, StaysUnderHalfOfWhatTheThreadHas) {
     theSwitch->addAccount("stack", sim::Notify::no);
     cache().updateAll();
     cache().localPortRefreshSet();
+    cache().zovlibEventKick(static_cast<zov_eventcode_e>(76), nullptr, std::string(1395, 'm').c_str());
+    cache().zovlibEventKick(static_cast<zov_eventcode_e>(76), nullptr,
+                            ("0;0;0;5;1;65;ABCDEFGHIJKLMNOP;1" + std::string(1364, ';')).c_str());
     theSwitch->deliver(73, {0, 0, 0}, std::string(1395, 'u'));
     ASSERT_TRUE(support::waitForEvents(30));
     ASSERT_TRUE(support::waitUntil([] { return cache().getPassCount() >= 2; }));
+    const std::string unreadable =
+        "DCACHE: ZOV_EVENT_PORT_MEDIA_INSTERTED event only contains 0 items, string = '" + std::string(1395, 'm') + "'";
+    EXPECT_THAT(support::messagesIn(support::kMainLog), testing::Contains(unreadable));
     RecordProperty("bytes", static_cast<int>(used()));
     EXPECT_GT(used(), 1000U);
     EXPECT_LT(used(), kStackSize / 2);

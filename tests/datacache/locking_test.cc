@@ -90,6 +90,10 @@ void PrintTo(const Operation &operation, std::ostream *out) {
 #name, [](DataCache & cache) { static_cast<void>(cache.name()); }                                              \
     }
 
+Wwn localName() {
+    return Wwn(std::string(support::kSwitchWwn));
+}
+
 /// Every public operation that needs the cache to itself.
 const Operation kLocking[] = {
     OPERATION(startZovlib),
@@ -126,6 +130,42 @@ const Operation kLocking[] = {
     {"getRootPowerSupplyStatusOfNone", [](DataCache &cache) { cache.getRootPowerSupplyStatus(65535); }},
     {"getRootFanStatus", [](DataCache &cache) { cache.getRootFanStatus(0); }},
     {"getRootFanStatusOfNone", [](DataCache &cache) { cache.getRootFanStatus(65535); }},
+    OPERATION(getRootSlotCount),
+    OPERATION(getFirstRootIOBladeIndex),
+    {"getNextRootIOBladeIndex", [](DataCache &cache) { cache.getNextRootIOBladeIndex(0); }},
+    {"getNextRootIOBladeIndexOfNone", [](DataCache &cache) { cache.getNextRootIOBladeIndex(65535); }},
+    {"getRootBladeKind", [](DataCache &cache) { cache.getRootBladeKind(0); }},
+    {"getRootBladeKindOfNone", [](DataCache &cache) { cache.getRootBladeKind(65535); }},
+    {"getRootBladeStatus", [](DataCache &cache) { cache.getRootBladeStatus(0); }},
+    {"getRootTemperatureSensorCount", [](DataCache &cache) { cache.getRootTemperatureSensorCount(0); }},
+    {"getRootVoltageSensorCount", [](DataCache &cache) { cache.getRootVoltageSensorCount(0); }},
+    OPERATION(getUserAccounts),
+    OPERATION(getMaxRootPorts),
+    OPERATION(getFirstRootPortIndex),
+    {"getNextRootPortIndex", [](DataCache &cache) { cache.getNextRootPortIndex("0"); }},
+    {"getNextRootPortIndexOfNone", [](DataCache &cache) { cache.getNextRootPortIndex(""); }},
+    {"getPortType", [](DataCache &cache) { cache.getPortType("0"); }},
+    {"getPortTypeOfNone", [](DataCache &cache) { cache.getPortType(""); }},
+    {"getPortHWType", [](DataCache &cache) { cache.getPortHWType("0"); }},
+    {"getPortStatus", [](DataCache &cache) { cache.getPortStatus("0"); }},
+    {"isPortPresent", [](DataCache &cache) { cache.isPortPresent("0"); }},
+    OPERATION(getRootSwitchDomainID),
+    {"calcPortWorldWideName", [](DataCache &cache) { cache.calcPortWorldWideName(localName(), 0); }},
+    {"calcPortWorldWideNameOfNone", [](DataCache &cache) { cache.calcPortWorldWideName(Wwn(), 0); }},
+    {"calcPortWwn", [](DataCache &cache) { cache.calcPortWwn(support::kSwitchWwn, "0"); }},
+    {"calcPortWwnOfNone", [](DataCache &cache) { cache.calcPortWwn("", "-1"); }},
+    {"calcPortIndex", [](DataCache &cache) { cache.calcPortIndex(localName(), Wwn()); }},
+    {"calcPortIndexOfText", [](DataCache &cache) { cache.calcPortIndex(support::kSwitchWwn, ""); }},
+    {"calcPortIndexOfARemoteSwitch", [](DataCache &cache) { cache.calcPortIndex(Wwn(), Wwn()); }},
+    {"getTransceiverDDMSupported", [](DataCache &cache) { cache.getTransceiverDDMSupported("0"); }},
+    {"getTransceiverFormat", [](DataCache &cache) { cache.getTransceiverFormat("0"); }},
+    {"getTransceiverVendorOUI", [](DataCache &cache) { cache.getTransceiverVendorOUI("0"); }},
+    {"getTransceiverVendorSN", [](DataCache &cache) { cache.getTransceiverVendorSN("0"); }},
+    {"getTransceiverVendorSNOfNone", [](DataCache &cache) { cache.getTransceiverVendorSN(""); }},
+    {"getRootPortIndexForTransceiver", [](DataCache &cache) { cache.getRootPortIndexForTransceiver("", ""); }},
+    {"sanitizedMediaVendorSN", [](DataCache &cache) { cache._sanitizedMediaVendorSN("AB"); }},
+    {"getFabric", [](DataCache &cache) { cache.getFabric(1); }},
+    {"getFabricOfNone", [](DataCache &cache) { cache.getFabric(0); }},
     {"zovlibNotificationCB",
      [](DataCache &) {
          zov_event_s event = {};
@@ -147,6 +187,7 @@ const Operation kLocking[] = {
 /// What touches no member, and may be called while a long pass runs.
 const Operation kFree[] = {
     {"tagToString", [](DataCache &) { DataCache::_tagToString(32); }},
+    {"fabricContainsWWN", [](DataCache &cache) { cache._fabricContainsWWN({}, Wwn()); }},
     {"smlConvToHardwareStatus", [](DataCache &cache) { cache._smlConvToHardwareStatus("Good"); }},
     {"smlHWTypeToCIMHWType", [](DataCache &cache) { cache.smlHWTypeToCIMHWType("text"); }},
     {"smlTypeToCIMType", [](DataCache &cache) { cache.smlTypeToCIMType("text"); }},

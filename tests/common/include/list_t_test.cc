@@ -16,15 +16,20 @@ using testing::IsEmpty;
 /// An item that counts itself.
 struct Item {
     explicit Item(int theNumber = 0) : number(theNumber) { ++alive; }
-    ~Item() { --alive; }
+    ~Item() {
+        --alive;
+        gone.push_back(number);
+    }
     Item(const Item &) = delete;
     Item &operator=(const Item &) = delete;
 
     int number;
     static int alive;
+    static std::vector<int> gone; // the numbers of those that ended, in order
 };
 
 int Item::alive = 0;
+std::vector<int> Item::gone;
 
 using Node = Element<Item>;
 using Items = List<Node>;
@@ -197,6 +202,17 @@ TEST_F(ListTest, PurgeCanForceElementsToDeleteTheirItems) {
     list.add(new Node(new Item(1), false));
     list.purge_list(true);
     EXPECT_EQ(Item::alive, 0);
+}
+
+TEST_F(ListTest, PurgeGoesFromTheFirstToTheLast) {
+    for (const bool deleteItems : {true, false}) {
+        Items list;
+        for (const int number : {3, 1, 2})
+            list.add(node(number));
+        Item::gone.clear();
+        list.purge_list(deleteItems);
+        EXPECT_THAT(Item::gone, ElementsAre(3, 1, 2)) << deleteItems;
+    }
 }
 
 TEST_F(ListTest, TheDestructorPurges) {

@@ -13,7 +13,11 @@ using testing::Not;
 
 class LocalNotifications : public support::CacheTest {
 protected:
-    LocalNotifications() { support::levelPorts(*theSwitch); }
+    explicit LocalNotifications(const char *profile = "fixed-24") {
+        theSwitch.reset();
+        theSwitch = sim::create(profile);
+        support::levelPorts(*theSwitch);
+    }
 
     void SetUp() override { load(); }
 
@@ -78,6 +82,8 @@ TEST_F(LocalNotifications, AnAccountsChangeReadsTheAccounts) {
 
 class Media : public LocalNotifications {
 protected:
+    explicit Media(const char *profile = "fixed-24") : LocalNotifications(profile) {}
+
     static std::string transceiver(const std::string &port) {
         return fmt::format("{} {} '{}' '{}'", cache().getTransceiverDDMSupported(port),
                            int{cache().getTransceiverFormat(port)}, cache().getTransceiverVendorOUI(port),
@@ -165,6 +171,28 @@ TEST_F(Media, APortOutsideTheTableIsNotTouched) {
     }
     for (int port = 0; port < 24; ++port)
         EXPECT_EQ(transceiver(std::to_string(port)), kNone);
+}
+
+class MediaOfALargeSwitch : public Media {
+protected:
+    MediaOfALargeSwitch() : Media("fixed-128") {}
+};
+
+TEST_F(MediaOfALargeSwitch, EveryPortThatIsThereIsServed) {
+    for (const char *port : {"24", "100", "127"}) {
+        dispatch(76, fmt::format("0;0;0;{};1;65;ABCDEFGHIJKLMNOP;1", port));
+        EXPECT_EQ(transceiver(port), "true 1 'A' 'ABCDEFGHIJKLMNOP'");
+        dispatch(77, fmt::format("0;0;0;{}", port));
+        EXPECT_EQ(transceiver(port), kNone);
+    }
+}
+
+TEST_F(MediaOfALargeSwitch, TheLastPortOfTheTableDisturbsNoOther) {
+    EXPECT_THAT(dispatch(76, "0;0;0;255;1;65;ABCDEFGHIJKLMNOP;1"), IsEmpty());
+    for (int port = 0; port < 256; ++port)
+        EXPECT_EQ(transceiver(std::to_string(port)), kNone) << port;
+    EXPECT_THAT(dispatch(77, "0;0;0;255"), IsEmpty());
+    EXPECT_TRUE(cache().isPortPresent("127"));
 }
 
 TEST_F(Media, TheSwitchsOwnNotificationsAreUnderstood) {

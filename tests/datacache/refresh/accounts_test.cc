@@ -84,6 +84,14 @@ TEST_F(Accounts, AddsComeBeforeRemovesEachInListOrder) {
     EXPECT_THAT(cache().getUserAccounts(), ElementsAre("b", "d"));
 }
 
+TEST_F(Accounts, RemovesKeepTheOrderOfTheOldList) {
+    list({"a", "d", "b", "c"});
+    refresh();
+    list({"a"});
+    EXPECT_TRUE(refresh());
+    EXPECT_THAT(events(), ElementsAre(removed("d"), removed("b"), removed("c")));
+}
+
 TEST_F(Accounts, AnotherOrderAloneRaisesNothing) {
     list({"a", "b", "c"});
     refresh();

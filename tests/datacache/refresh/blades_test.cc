@@ -4,6 +4,7 @@
 #include <fmt/format.h>
 
 #include "tests/support/CacheTest.h"
+#include "tests/support/Lock.h"
 
 namespace {
 
@@ -202,6 +203,21 @@ TEST_F(Blades, AFailedSlotLeavesWhatWasRead) {
     EXPECT_THAT(events(), IsEmpty());
 }
 
+TEST_F(Blades, AFailureAtAnySlotLeavesTheSlotReadBefore) {
+    const std::vector<std::string> now = {"FAN", "CPU", "PS", "IO"};
+    const std::vector<std::vector<int>> left = {{0, 0, 0, 4}, {1, 0, 0, 0}, {0, 3, 0, 0}, {0, 0, 2, 0}};
+    for (unsigned failing = 0; failing < 4; ++failing) {
+        refresh({"", "", "", "IO"});
+        equip(now);
+        fail(bladeKey(failing, "Type"));
+        EXPECT_FALSE(refresh());
+        EXPECT_EQ(log().back(), failed(1494)) << failing;
+        EXPECT_THAT(traffic(), SizeIs(1 + failing + 1));
+        EXPECT_EQ(kinds(4), left[failing]) << failing;
+        EXPECT_THAT(events(), IsEmpty()) << failing;
+    }
+}
+
 TEST_F(Blades, AFailedSensorReadFailsTheSlot) {
     refresh({"", "IO"});
     fail(bladeKey(0, "VoltageSensors"));
@@ -271,6 +287,31 @@ TEST_F(Blades, BladesBelowTheLastSlotRaiseNothing) {
     EXPECT_THAT(events(), IsEmpty());
 }
 
+TEST_F(Blades, AFailedRefreshIsNoPictureToCompareWith) {
+    equip({"", "IO"});
+    fail(bladeKey(1, "Type"));
+    EXPECT_FALSE(refresh());
+    EXPECT_TRUE(refresh({"", "FAN"}));
+    EXPECT_THAT(events(), IsEmpty());
+    EXPECT_TRUE(refresh({"", "PS"}));
+    EXPECT_THAT(events(), ElementsAre(event(19, "PowerSupplyAdd", 1), event(17, "FanRemove", 1) + " count=0"));
+}
+
+TEST_F(Blades, ASingleSlotInBetweenLeavesAnEmptyPictureToCompareWith) {
+    refresh({"", "IO"});
+    EXPECT_TRUE(refresh({"IO"}));
+    EXPECT_THAT(events(), IsEmpty());
+    EXPECT_TRUE(refresh({"", "PS"}));
+    EXPECT_THAT(events(), ElementsAre(event(19, "PowerSupplyAdd", 1)));
+}
+
+TEST_F(Blades, SlotsThatAreNoMoreRaiseNothing) {
+    refresh({"", "", "", "IO"});
+    EXPECT_TRUE(refresh({"", "CPU"}));
+    EXPECT_THAT(events(), ElementsAre(event(22, "CPUAdd", 1)));
+    EXPECT_THAT(kinds(4), ElementsAre(0, 3, 0, 0));
+}
+
 TEST_F(Blades, ASwitchThatTurnsMultiSlotStartsSilently) {
     refresh({"IO"});
     EXPECT_TRUE(refresh({"", "IO"}));
@@ -286,6 +327,32 @@ TEST_F(Blades, SlotsBeyondTheTablesAreReadButKeptNowhere) {
     for (unsigned short slot = 0; slot < 40; ++slot)
         EXPECT_EQ(cache().getRootBladeKind(slot), 0U);
     EXPECT_EQ(cache().getRootSlotCount(), 34U);
+}
+
+TEST_F(Blades, TheLastSlotOfTheTablesIsComparedAndNoneBeyond) {
+    std::vector<std::string> kinds(32);
+    refresh(kinds);
+    kinds.back() = "IO";
+    EXPECT_TRUE(refresh(kinds));
+    EXPECT_THAT(events(), ElementsAre(event(7, "BladeAdd", 31)));
+    EXPECT_TRUE(refresh(std::vector<std::string>(34)));
+    EXPECT_THAT(events(), ElementsAre(event(8, "BladeRemove", 31)));
+    refresh({"IO"}); // leaves sensor counts, which look like kinds of blades
+    EXPECT_TRUE(refresh(std::vector<std::string>(34)));
+    EXPECT_THAT(events(), IsEmpty());
+}
+
+TEST_F(Blades, BladesBeyondTheTablesAreCounted) {
+    std::vector<std::string> before(32);
+    std::vector<std::string> now(35);
+    for (const auto &[kind, removed] :
+         {std::pair("PS", event(20, "PowerSupplyRemove", 31)), std::pair("FAN", event(17, "FanRemove", 31))}) {
+        before.back() = kind;
+        now[32] = now[33] = kind;
+        refresh(before);
+        EXPECT_TRUE(refresh(now));
+        EXPECT_THAT(events(), ElementsAre(removed + " count=2"));
+    }
 }
 
 TEST_F(Blades, AnIoOrCpuBladeBeyondTheTablesThrows) {
@@ -355,6 +422,7 @@ TEST_F(BladeWalk, PastTheLastSlotOfTheTablesItThrows) {
     } catch (const std::out_of_range &error) {
         EXPECT_STREQ(error.what(), "bitset::test");
     }
+    EXPECT_TRUE(support::isLockFree());
     slotsOfChassis("32");
     EXPECT_EQ(cache().getNextRootIOBladeIndex(0), 65535U);
 }

@@ -1,87 +1,16 @@
-// The port refresh: what it reads, what it keeps, what failures leave behind, and what it tells.
-#include <fmt/format.h>
-
-#include "tests/support/CacheTest.h"
-#include "tests/support/Ports.h"
+// The port refresh: what it reads, what it keeps, and what failures leave behind.
+#include "tests/datacache/refresh/PortsTest.h"
 
 namespace {
 
 using support::portKey;
-using support::portName;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Not;
 using testing::SizeIs;
 
-class Ports : public support::CacheTest {
-protected:
-    explicit Ports(const char *profile = "fixed-24") {
-        theSwitch.reset();
-        theSwitch = sim::create(profile);
-        support::levelPorts(*theSwitch);
-    }
-
-    void SetUp() override {
-        connect();
-        cache()._getSwitchInfo();
-    }
-
-    /// The refresh of all ports, or of those named.
-    bool refreshAll() {
-        cache().localPortRefreshSet();
-        return refresh();
-    }
-    bool refresh() {
-        forget();
-        return cache()._getPortInfo() != 0;
-    }
-
-    void set(unsigned port, const std::string &attribute, const std::string &value) {
-        support::setPort(*theSwitch, port, attribute, value);
-    }
-
-    int fail(const std::string &key, int32_t status = 5) {
-        sim::Fault fault;
-        fault.key = key;
-        fault.status = status;
-        return theSwitch->addFault(fault);
-    }
-
-    int lie(const std::string &key, const std::string &value) {
-        sim::Fault fault;
-        fault.key = key;
-        fault.value = value;
-        fault.times = -1;
-        return theSwitch->addFault(fault);
-    }
-
-    static std::string failed(int line) {
-        return fmt::format("DCACHE: Cache update failed: DataCache.cc:_getPortInfo:{}", line);
-    }
-
-    static std::string portAdded(unsigned port) {
-        return fmt::format("10: PortAdd owner={} port={} origin=0", support::kSwitchWwn,
-                           portName(support::kSwitchWwn, port).tostring());
-    }
-    static std::string statusChanged(unsigned port, int before, int now) {
-        return fmt::format("12: PortStatusChange switch={0} port={1} fabric={0} [{2}]->[{3}]", support::kSwitchWwn,
-                           portName(support::kSwitchWwn, port).tostring(), before, now);
-    }
-
-    /// The ports that the last refresh read.
-    std::vector<unsigned> portsRead() const { return support::portsRead(traffic()); }
-
-    static std::vector<std::string> usable() {
-        std::vector<std::string> indexes;
-        for (std::string index = cache().getFirstRootPortIndex(); !index.empty();
-             index = cache().getNextRootPortIndex(index))
-            indexes.push_back(index);
-        return indexes;
-    }
-
-    static SwitchCache *localSwitch() { return cache().getFabric(1)->getSwitchByWwn(support::kSwitchWwn); }
-};
+using Ports = PortsTest;
 
 // ---- what is read ---------------------------------------------------------------------------------------
 
@@ -302,20 +231,62 @@ TEST_F(Ports, AFailureAtAnyPortRestoresThePicture) {
     }
 }
 
-TEST_F(Ports, AfterAFailedPortTheRequestIsOffUntilSomethingAsksAgain) {
+TEST_F(Ports, AfterAFailureTheRequestIsOffUntilSomethingAsksAgain) {
     refreshAll();
-    fail(portKey(0, "OperState"));
-    cache().localPortRefreshSet();
-    cache().updatePorts();
-    pass();
-    EXPECT_FALSE(cache().isAreaGood(DataCacheArea::ports));
-    pass();
-    EXPECT_THAT(log(), Not(Contains("DCACHE: Updating ports cache")));
-    EXPECT_FALSE(cache().isAreaGood(DataCacheArea::ports));
-    cache().updatePorts();
-    pass();
-    EXPECT_TRUE(cache().isAreaGood(DataCacheArea::ports));
-    EXPECT_THAT(portsRead(), SizeIs(24));
+    const std::vector<std::pair<std::string, int>> failures = {
+        {"Oper.Switch.MaxPorts", 1646}, {portKey(0, "OperState"), 1692}, {"Oper.Switch.DomainID", 1796}};
+    for (const auto &[key, line] : failures) {
+        fail(key);
+        cache().localPortRefreshSet();
+        cache().updatePorts();
+        pass();
+        EXPECT_THAT(log(), Contains(failed(line)));
+        EXPECT_FALSE(cache().isAreaGood(DataCacheArea::ports)) << line;
+        pass();
+        EXPECT_THAT(log(), Not(Contains("DCACHE: Updating ports cache"))) << line;
+        EXPECT_FALSE(cache().isAreaGood(DataCacheArea::ports)) << line;
+        cache().updatePorts();
+        pass();
+        EXPECT_TRUE(cache().isAreaGood(DataCacheArea::ports)) << line;
+        EXPECT_THAT(portsRead(), SizeIs(24)) << line;
+    }
+}
+
+TEST_F(Ports, AFailedPortRestoresPresenceCountAndHardwareTypeAndTheirEventsComeLater) {
+    set(4, "OperState", "NotInstalled");
+    refreshAll();
+    theSwitch->set("Oper.Switch.MaxPorts", "26", sim::Notify::no);
+    theSwitch->set("Oper.Switch.Nop", "EXG", sim::Notify::no);
+    support::levelPorts(*theSwitch);
+    set(2, "OperState", "NotInstalled");
+    set(4, "OperState", "Offline");
+    set(5, "OperState", "Offline");
+    fail(portKey(10, "AdminState"));
+    EXPECT_FALSE(refreshAll());
+    EXPECT_THAT(log(), Contains(failed(1692)));
+    EXPECT_THAT(events(), IsEmpty());
+    EXPECT_TRUE(cache().isPortPresent("2"));
+    EXPECT_FALSE(cache().isPortPresent("4"));
+    EXPECT_EQ(cache().getPortStatus("5"), 2U);
+    EXPECT_EQ(cache().getMaxRootPorts(), 24U);
+    EXPECT_EQ(cache().getPortHWType("3"), 1U);
+
+    EXPECT_TRUE(refresh());
+    EXPECT_THAT(events(), ElementsAre(portAdded(4), statusChanged(5, 2, 10), portAdded(24), portAdded(25)));
+    EXPECT_FALSE(cache().isPortPresent("2"));
+    EXPECT_EQ(cache().getMaxRootPorts(), 26U);
+    EXPECT_EQ(cache().getPortHWType("3"), 2U);
+    EXPECT_TRUE(refreshAll());
+    EXPECT_THAT(events(), IsEmpty()) << "once only";
+}
+
+TEST_F(Ports, AFailedLastReadLeavesTheFirstPortsName) {
+    refreshAll();
+    fail("Oper.Switch.DomainID");
+    EXPECT_FALSE(refreshAll());
+    EXPECT_THAT(log(), Contains(failed(1796)));
+    EXPECT_THAT(usable(), SizeIs(24));
+    EXPECT_EQ(cache().calcPortWwn(support::kSwitchWwn, "5"), nameOf(5));
 }
 
 TEST_F(Ports, AFailureOfTheLastReadKeepsThePortsAndTheSet) {
@@ -357,161 +328,7 @@ TEST_F(Ports, WithoutAUsablePortTheNameIsReadFromPortZero) {
     EXPECT_THAT(usable(), IsEmpty());
 }
 
-// ---- the local switch in the fabric ---------------------------------------------------------------------
-
-TEST_F(Ports, EntersTheLocalSwitchWithItsPorts) {
-    theSwitch->set("Oper.Switch.DomainID", "97", sim::Notify::no);
-    EXPECT_EQ(cache().getRootSwitchDomainID(), 0U);
-    EXPECT_TRUE(refreshAll());
-    const SwitchCache *local = localSwitch();
-    ASSERT_NE(local, nullptr);
-    EXPECT_TRUE(local->isLocal());
-    EXPECT_EQ(local->getDomainID(), 97U);
-    EXPECT_EQ(cache().getRootSwitchDomainID(), 97U);
-    EXPECT_EQ(local->_port_wwn, portName(support::kSwitchWwn, 0));
-    EXPECT_EQ(local->_num_ports, 24U);
-    EXPECT_EQ(local->_mserver_timeout, 0U);
-    EXPECT_EQ(local->_mserver_errors, 0U);
-    EXPECT_EQ(local->_stale, 0U);
-    EXPECT_EQ(local->getPortByWwn(portName(support::kSwitchWwn, 23).tostring())._port_index, 23U);
-    EXPECT_THAT(log(), Contains("DCACHE: _processPort0Wwn() update local switch in fabric"));
-    EXPECT_THAT(log(), Contains("DCACHE: _processPort0Wwn() adding port 23 with smlindex 23"));
-}
-
-TEST_F(Ports, ASecondRefreshUpdatesTheSwitchThatIsThere) {
-    refreshAll();
-    SwitchCache *local = localSwitch();
-    const Wwn base = local->_port_wwn;
-    local->_local = 0;
-    local->_stale = 1;
-    local->_mserver_errors = 3;
-    set(0, "OperState", "NotInstalled");
-    EXPECT_TRUE(refreshAll());
-    EXPECT_EQ(localSwitch(), local);
-    EXPECT_EQ(cache().getFabric(1)->getSwitchCount(), 1U);
-    EXPECT_EQ(local->_port_wwn, base) << "though another port is the first now";
-    EXPECT_FALSE(local->isLocal());
-    EXPECT_EQ(local->_stale, 0U);
-    EXPECT_EQ(local->_mserver_errors, 3U);
-    EXPECT_EQ(local->_num_ports, 23U);
-}
-
-TEST_F(Ports, DonorsAreSkippedWithoutAGap) {
-    set(0, "Type", "Donor");
-    for (unsigned port = 3; port < 24; ++port)
-        set(port, "OperState", "NotInstalled");
-    EXPECT_TRUE(refreshAll());
-    const SwitchCache *local = localSwitch();
-    ASSERT_EQ(local->_num_ports, 2U);
-    EXPECT_EQ(local->_wwn_portno[0], 1U);
-    EXPECT_EQ(local->_port_index[0], 1U);
-    EXPECT_EQ(local->_wwn_portno[1], 2U);
-    const auto lines = log();
-    const std::vector<std::string> tail(lines.end() - 4, lines.end());
-    EXPECT_THAT(tail, ElementsAre("DCACHE: _processPort0Wwn() update local switch in fabric",
-                                  "DCACHE: _processPort0Wwn() skipping port 0 with smlindex 0",
-                                  "DCACHE: _processPort0Wwn() adding port 0 with smlindex 1",
-                                  "DCACHE: _processPort0Wwn() adding port 1 with smlindex 2"));
-}
-
-TEST_F(Ports, WithoutTheSwitchsNameTheFabricIsLeftAlone) {
-    delete &cache();
-    DataCache::init();
-    cache().startEventMonitor(support::recordEvent);
-    EXPECT_TRUE(refreshAll());
-    EXPECT_EQ(cache().getFabric(1)->getSwitchCount(), 0U);
-    EXPECT_TRUE(refreshAll());
-    cache()._getSwitchInfo();
-    set(5, "OperState", "Offline");
-    EXPECT_TRUE(refreshAll());
-    EXPECT_EQ(cache().getFabric(1)->getSwitchCount(), 1U);
-    EXPECT_THAT(events(), ElementsAre(statusChanged(5, 2, 10)));
-}
-
-// ---- events ---------------------------------------------------------------------------------------------
-
-TEST_F(Ports, TheFirstRefreshRaisesNoEvents) {
-    EXPECT_TRUE(refreshAll());
-    EXPECT_THAT(events(), IsEmpty());
-}
-
-TEST_F(Ports, APortThatAppearsIsAdded) {
-    set(5, "OperState", "NotInstalled");
-    refreshAll();
-    set(5, "OperState", "Offline");
-    cache().localPortRefreshSet(5);
-    EXPECT_TRUE(refresh());
-    EXPECT_THAT(events(), ElementsAre(portAdded(5)));
-    EXPECT_EQ(log().back(), "DCACHE: _processPort0Wwn() send DCEventPortAdd for port 5, 200500C0DD00A1B2");
-    refreshAll();
-    EXPECT_THAT(events(), IsEmpty());
-}
-
-TEST_F(Ports, APortThatChangesItsStatusIsTold) {
-    refreshAll();
-    set(5, "OperState", "Offline");
-    cache().localPortRefreshSet(5);
-    EXPECT_TRUE(refresh());
-    EXPECT_THAT(events(), ElementsAre(statusChanged(5, 2, 10)));
-    EXPECT_EQ(log().back(), "DCACHE: _processPort0Wwn() send DCEventPortStatusChange for port 5, 200500C0DD00A1B2, "
-                            "fabricWwn=100000C0DD00A1B2, currstatus=10, origstatus=2");
-    refreshAll();
-    EXPECT_THAT(events(), IsEmpty());
-}
-
-TEST_F(Ports, TheFabricInTheEventIsThePrincipalReadWithIt) {
-    refreshAll();
-    set(5, "OperState", "Offline");
-    theSwitch->set("Oper.Switch.WhoIsPrincipal", "1000000000000001", sim::Notify::no);
-    refreshAll();
-    EXPECT_THAT(events(), ElementsAre("12: PortStatusChange switch=100000C0DD00A1B2 port=200500C0DD00A1B2 "
-                                      "fabric=1000000000000001 [2]->[10]"));
-}
-
-TEST_F(Ports, APortThatDisappearsRaisesNothing) {
-    refreshAll();
-    set(5, "OperState", "NotInstalled");
-    EXPECT_TRUE(refreshAll());
-    EXPECT_THAT(events(), IsEmpty());
-    EXPECT_EQ(cache().getRootSwitchWwn(), support::kSwitchWwn);
-}
-
-TEST_F(Ports, EventsComeInTheOrderOfThePorts) {
-    set(9, "OperState", "NotInstalled");
-    set(3, "Type", "Donor");
-    refreshAll();
-    set(9, "OperState", "Online");
-    set(3, "OperState", "Offline");
-    set(20, "OperState", "Downed");
-    refreshAll();
-    EXPECT_THAT(events(), ElementsAre(statusChanged(3, 2, 10), portAdded(9), statusChanged(20, 2, 6)))
-        << "donors are told of too";
-}
-
-TEST_F(Ports, AnotherTypeAloneRaisesNothing) {
-    refreshAll();
-    set(5, "Type", "E");
-    EXPECT_TRUE(refreshAll());
-    EXPECT_THAT(events(), IsEmpty());
-    EXPECT_EQ(cache().getPortType("5"), 4U);
-}
-
-// ---- other switches -------------------------------------------------------------------------------------
-
-class SecondNaming : public Ports {
-protected:
-    SecondNaming() : Ports("second-naming") {}
-};
-
-TEST_F(SecondNaming, PortsAreNumberedFromOne) {
-    EXPECT_TRUE(refreshAll());
-    const std::string name = cache().getRootSwitchWwn();
-    const SwitchCache *local = cache().getFabric(1)->getSwitchByWwn(name);
-    ASSERT_NE(local, nullptr);
-    EXPECT_EQ(local->_wwn_portno[0], 1U);
-    EXPECT_EQ(local->_port_index[0], 0U);
-    EXPECT_EQ(local->_port_wwn, portName(name, 1));
-}
+// ---- a larger switch -------------------------------------------------------------------------------------
 
 class LargeSwitch : public Ports {
 protected:
@@ -524,6 +341,17 @@ TEST_F(LargeSwitch, OnePortCostsThreeExchangesHereToo) {
     cache().localPortRefreshSet(100);
     EXPECT_TRUE(refresh());
     EXPECT_THAT(traffic(), SizeIs(3));
+}
+
+TEST_F(LargeSwitch, TheFirstUsablePortMayBeAnyOfThem) {
+    for (const unsigned first : {30U, 127U}) {
+        for (unsigned port = 0; port < first; ++port)
+            set(port, "OperState", "NotInstalled");
+        EXPECT_TRUE(refreshAll());
+        EXPECT_EQ(traffic().back(),
+                  fmt::format("get {} Oper.Switch.DomainID Oper.Switch.WhoIsPrincipal", portKey(first, "WWN")));
+        EXPECT_EQ(usable().front(), std::to_string(first));
+    }
 }
 
 } // namespace

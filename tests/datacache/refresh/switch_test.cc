@@ -84,7 +84,7 @@ TEST_F(SwitchRefresh, ReadsEightKeysInOneExchange) {
 
 // ---- the event ------------------------------------------------------------------------------------------
 
-class FirstSwitchRefresh : public SwitchRefresh, public testing::WithParamInterface<std::pair<const char *, int>> {};
+class FirstSwitchRefresh : public SwitchRefresh, public testing::WithParamInterface<std::pair<std::string, int>> {};
 
 TEST_P(FirstSwitchRefresh, IsSilentWhateverTheState) {
     const auto [state, status] = GetParam();
