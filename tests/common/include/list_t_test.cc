@@ -272,7 +272,6 @@ TEST_F(ListTest, SentinelsTakeNoNumber) {
 class ListDeathTest : public ListTest {};
 
 TEST_F(ListDeathTest, DestroyingALinkedElementEndsTheProcess) {
-    testing::FLAGS_gtest_death_test_style = "threadsafe";
     const auto destroy = [] {
         List<Element<SwitchCache>> list;
         auto *element = new Element<SwitchCache>(new SwitchCache);
