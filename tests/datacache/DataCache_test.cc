@@ -369,18 +369,18 @@ TEST_F(Running, ATextThrownByTheCallbackDoesNotEndTheThread) {
     EXPECT_EQ(only(log, "dequeueing ZOV_EVENT_T[0:0:0] (72)").size(), 2U);
 }
 
-/// What the EVAL thread leaves behind when the process ends by an exception out of it.
-class LifecycleDeathTest : public Lifecycle {};
-
-TEST_F(LifecycleDeathTest, AnotherExceptionOutOfAPassGivesTheLockBackAndEndsTheProcess) {
+// Without a fixture: the process that is to end must not have had a thread when it was made.
+TEST(LifecycleDeathTest, AnotherExceptionOutOfAPassGivesTheLockBackAndEndsTheProcess) {
     const auto throwInPass = [] {
+        const auto theSwitch = sim::create();
         std::set_terminate([] {
             std::fputs(support::isLockFree() ? "ended, lock free\n" : "ended, lock held\n", stderr);
             std::_Exit(3);
         });
         support::onEvent([](DataCacheEvent &) { throw std::runtime_error("not a text"); });
         DataCache::init();
-        cache().start(support::recordEvent);
+        DataCache::getInstance()->start(support::recordEvent);
+        DataCache::releaseInstance();
         notify(73, "operator");
         for (;;)
             pause();
