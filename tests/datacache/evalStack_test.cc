@@ -14,24 +14,33 @@ namespace {
 constexpr std::size_t kStackSize = 131072;
 constexpr unsigned char kPaint = 0xA5;
 
-unsigned char *stack = nullptr;
+// Room above the thread's first frame, for what the C library and a sanitizer keep there.
+constexpr std::size_t kMemory = kStackSize + (2U << 20U);
+
+unsigned char *stack = nullptr; // its lowest byte
+unsigned char *firstFrame = nullptr;
+
+void *runEvalThread(void *argument) {
+    firstFrame = static_cast<unsigned char *>(__builtin_frame_address(0));
+    return DataCache::evalThread(argument);
+}
 
 } // namespace
 
-// Gives the EVAL thread a stack of the size that it asks for, painted, so that what it used can be seen.
+// Gives the EVAL thread a painted stack, so that what it used can be seen.
 extern "C" int pthread_create(pthread_t *thread, const pthread_attr_t *attributes, void *(*body)(void *),
                               void *argument) {
     using Create = int(pthread_t *, const pthread_attr_t *, void *(*)(void *), void *);
     auto *create = reinterpret_cast<Create *>(dlsym(RTLD_NEXT, "pthread_create"));
     if (body != DataCache::evalThread)
         return create(thread, attributes, body, argument);
-    void *memory = mmap(nullptr, kStackSize, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    void *memory = mmap(nullptr, kMemory, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
     stack = static_cast<unsigned char *>(memory);
-    std::fill_n(stack, kStackSize, kPaint);
+    std::fill_n(stack, kMemory, kPaint);
     pthread_attr_t painted;
     pthread_attr_init(&painted);
-    pthread_attr_setstack(&painted, memory, kStackSize);
-    const int result = create(thread, &painted, body, argument);
+    pthread_attr_setstack(&painted, memory, kMemory);
+    const int result = create(thread, &painted, runEvalThread, argument);
     pthread_attr_destroy(&painted);
     return result;
 }
@@ -45,10 +54,11 @@ protected:
         theSwitch = sim::create("director-8");
     }
 
+    /// From the thread's first frame to the deepest byte that was written.
     static std::size_t used() {
-        return kStackSize -
-               static_cast<std::size_t>(
-                   std::find_if(stack, stack + kStackSize, [](unsigned char byte) { return byte != kPaint; }) - stack);
+        const unsigned char *deepest =
+            std::find_if(stack, firstFrame, [](unsigned char byte) { return byte != kPaint; });
+        return static_cast<std::size_t>(firstFrame - deepest);
     }
 };
 
