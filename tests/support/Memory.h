@@ -14,6 +14,9 @@
 
 #include <dlfcn.h>
 
+/// Marks functions that run before any sanitizer does.
+#define SUPPORT_BARE __attribute__((no_sanitize("address", "thread", "undefined")))
+
 namespace support {
 
 /// Blocks asked for by this thread: malloc, calloc, realloc, aligned_alloc, posix_memalign and operator new.
@@ -35,8 +38,8 @@ public:
     static bool happened() { return calls_until_failure == 0; }
 };
 
-/// Counts a call; true when it is to fail. (No thread sanitizer here: these run before it does.)
-__attribute__((no_sanitize_thread)) inline bool memoryCallFails() {
+/// Counts a call; true when it is to fail.
+SUPPORT_BARE inline bool memoryCallFails() {
     ++blocks_asked_for;
     if (calls_until_failure == 0 || --calls_until_failure != 0)
         return false;
@@ -45,15 +48,14 @@ __attribute__((no_sanitize_thread)) inline bool memoryCallFails() {
 }
 
 /// The function of this name that this header stands before.
-template <class Function>
-__attribute__((no_sanitize_thread)) inline Function *next(Function *&found, const char *name) {
+template <class Function> SUPPORT_BARE inline Function *next(Function *&found, const char *name) {
     if (found == nullptr)
         found = reinterpret_cast<Function *>(dlsym(RTLD_NEXT, name));
     return found;
 }
 
 /// Counts what a call gave.
-__attribute__((no_sanitize_thread)) inline void *held(void *block) {
+SUPPORT_BARE inline void *held(void *block) {
     blocks_held += block != nullptr ? 1 : 0;
     return block;
 }
@@ -71,7 +73,7 @@ inline int (*next_posix_memalign)(void **, size_t, size_t) = nullptr;
 // NOLINTBEGIN(misc-definitions-in-headers): see above
 extern "C" {
 
-__attribute__((no_sanitize_thread)) void free(void *ptr) noexcept {
+SUPPORT_BARE void free(void *ptr) noexcept {
     support::blocks_held -= ptr != nullptr ? 1 : 0;
     if (support::next_free == nullptr) {
         if (support::finding_free)
@@ -83,32 +85,32 @@ __attribute__((no_sanitize_thread)) void free(void *ptr) noexcept {
     support::next_free(ptr);
 }
 
-__attribute__((no_sanitize_thread)) void *malloc(size_t size) noexcept {
+SUPPORT_BARE void *malloc(size_t size) noexcept {
     if (support::memoryCallFails())
         return nullptr;
     return support::held(support::next(support::next_malloc, "malloc")(size));
 }
 
-__attribute__((no_sanitize_thread)) void *calloc(size_t nmemb, size_t size) noexcept {
+SUPPORT_BARE void *calloc(size_t nmemb, size_t size) noexcept {
     if (support::memoryCallFails())
         return nullptr;
     return support::held(support::next(support::next_calloc, "calloc")(nmemb, size));
 }
 
-__attribute__((no_sanitize_thread)) void *realloc(void *ptr, size_t size) noexcept {
+SUPPORT_BARE void *realloc(void *ptr, size_t size) noexcept {
     if (support::memoryCallFails())
         return nullptr;
     void *grown = support::next(support::next_realloc, "realloc")(ptr, size);
     return ptr == nullptr ? support::held(grown) : grown;
 }
 
-__attribute__((no_sanitize_thread)) void *aligned_alloc(size_t alignment, size_t size) noexcept {
+SUPPORT_BARE void *aligned_alloc(size_t alignment, size_t size) noexcept {
     if (support::memoryCallFails())
         return nullptr;
     return support::held(support::next(support::next_aligned_alloc, "aligned_alloc")(alignment, size));
 }
 
-__attribute__((no_sanitize_thread)) int posix_memalign(void **memptr, size_t alignment, size_t size) noexcept {
+SUPPORT_BARE int posix_memalign(void **memptr, size_t alignment, size_t size) noexcept {
     if (support::memoryCallFails())
         return ENOMEM;
     const int result = support::next(support::next_posix_memalign, "posix_memalign")(memptr, alignment, size);
