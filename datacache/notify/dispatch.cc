@@ -133,13 +133,29 @@ private:
     }
 };
 
+// clang-format off
 const std::array<DataCache::Dispatch::Row, 19> DataCache::Dispatch::rows{{
-    {14, refreshPort},      {15, refreshPort},     {28, refreshBlades},   {29, refreshBlades},
-    {32, refreshSwitch},    {33, refreshChassis},  {39, refreshBlades},   {40, tellOverheat},
-    {50, refreshAccounts},  {52, refreshFeatures}, {57, refreshFeatures}, {72, tellPasswordChange},
-    {73, tellLoginFailure}, {74, tellHighVoltage}, {75, tellLowVoltage},  {76, insertMedia},
-    {77, removeMedia},      {78, tellCimChange},   {82, refreshFaults},
+    {14, refreshPort},
+    {15, refreshPort},
+    {28, refreshBlades},
+    {29, refreshBlades},
+    {32, refreshSwitch},
+    {33, refreshChassis},
+    {39, refreshBlades},
+    {40, tellOverheat},
+    {50, refreshAccounts},
+    {52, refreshFeatures},
+    {57, refreshFeatures},
+    {72, tellPasswordChange},
+    {73, tellLoginFailure},
+    {74, tellHighVoltage},
+    {75, tellLowVoltage},
+    {76, insertMedia},
+    {77, removeMedia},
+    {78, tellCimChange},
+    {82, refreshFaults},
 }};
+// clang-format on
 
 void DataCache::Dispatch::insertMedia(DataCache &cache, const zov_event_s &event) {
     constexpr int wanted = 8;
