@@ -133,6 +133,11 @@ struct Fault {
     bool nullHandle = false;
     /// The call takes this much longer.
     std::chrono::milliseconds delay{0};
+    /// What happens just before the call is served, after the delay, on the caller's thread and with no lock of the
+    /// simulator held: it may do anything to the switch, and make calls itself. So a peer can leave in the middle of a
+    /// client's walk. It wins the whole call, as a delay does; the call is then served, unless the same rule says
+    /// otherwise. When it throws, the call fails with status 99 and is not recorded.
+    std::function<void()> action;
 };
 
 /// A transceiver that can be plugged into a port. Its texts are printing characters (blanks included), and
@@ -156,6 +161,39 @@ struct Blade {
     std::string serialNumber = "0331B00001"; ///< likewise; a blade without a number counts as none for clients
     unsigned temperatureSensors = 2;         ///< at most 255
     unsigned voltageSensors = 4;             ///< likewise
+};
+
+/// How the fabric's management server answers for one switch of the fabric.
+struct TopologyService {
+    /// Seconds of uptime that pass before a client that reads "Oper.TopologyAll.DOMAIN.PortEntries" is answered.
+    unsigned seconds = 0;
+    /// False: it is refused then, with status 23, and so is every entry, at once.
+    bool answers = true;
+};
+
+/// Another switch, which the simulated one, called local, can have in its fabric.
+struct Peer {
+    std::string wwn;         ///< 16 hexadecimal digits, of no other switch
+    unsigned domain = 0;     ///< 1 to 239, of no other switch
+    unsigned priority = 128; ///< in the choice of the principal: 1, the highest, to 254
+    unsigned ports = 24;     ///< as the management server lists them, at most 256; numbered from 0
+    TopologyService topology;
+};
+
+/// An inter-switch link: a port of one switch and a port of another, the local one or a peer.
+struct Link {
+    std::string wwn;
+    unsigned port = 0;
+    std::string otherWwn;
+    unsigned otherPort = 0;
+};
+
+/// An entry of the fabric's name server: a device that is logged in at a port of a switch.
+struct NameServerEntry {
+    std::string switchWwn;
+    unsigned port = 0;
+    std::string nodeWwn; ///< of the device; 16 hexadecimal digits
+    std::string portWwn; ///< likewise; of no other entry
 };
 
 /// Admin mode's holder when it is a management client that is not one of the connections.
@@ -213,6 +251,62 @@ public:
     /// Takes an account away. Sends code 50. Refused when there is none of this name.
     virtual void removeAccount(const std::string &name, Notify notify = Notify::yes) = 0;
 
+    // ---- the fabric ----------------------------------------------------------------------------------
+    //
+    // The fabric is the local switch and every peer that links lead to, over other peers or not. Its principal is the
+    // switch with the highest priority (the lowest number), of several the one with the lowest name; it is chosen anew
+    // whenever one of these operations gives the fabric other switches or one of them another priority. What set() made
+    // of "Oper.Switch.WhoIsPrincipal" stands until then.
+    //
+    // The link-state database has a record for every switch of the fabric, in the order of the domain IDs, with its
+    // hops from the local switch and its links, numbered from 0 in the order of its ports. The record of a switch that
+    // links no longer lead to stays, with 255 hops and no links, until the switch comes back or is removed. The name
+    // server and the management server answer for the switches of the fabric only.
+    //
+    // Notifications of a change, in this order and only those that apply: code 7 when the link-state database is
+    // another, code 1 when the fabric has other switches or another principal, code 80 for the name-server entries that
+    // went with their switches, code 79 for those that came. The text of the latter two lists entries of
+    // ADDRESS,NODEWWN,PORTWWN, separated by ";", so many to a notification as fit. Changing the local switch's name or
+    // domain ID by its key sends code 7 as well, after the key's own notification; those of a peer are refused.
+    //
+    // In transparent mode the switch is in no fabric: the keys of the database, the name server and the management
+    // server are refused as not supported, and the operations send nothing. What they do shows when the mode ends.
+    //
+    // Names are kept in upper case. Links and devices at a local port stay what they are, whatever becomes of the port
+    // after they came.
+
+    /// Puts a peer next to the switch, without a link and so in no fabric of its. 238 peers at most.
+    virtual void addPeer(const Peer &peer) = 0;
+    /// Switches a peer off: its links and name-server entries go with it.
+    virtual void removePeer(const std::string &wwn, Notify notify = Notify::yes) = 0;
+    /// Gives the peer of this name other properties. It keeps its links and devices, so it needs the ports they are at.
+    virtual void changePeer(const Peer &peer, Notify notify = Notify::yes) = 0;
+    /// The local switch's own priority in the choice of the principal, 128 at first.
+    virtual void setPriority(unsigned priority, Notify notify = Notify::yes) = 0;
+    /// Brings up a link. Refused when one of the ports does not exist or has a link, and within one switch. The state of
+    /// a local port is set by its own key, and is not changed by this; it exists unless it is NotInstalled.
+    virtual void connect(const Link &link, Notify notify = Notify::yes) = 0;
+    /// Takes the link down again; its ends may be named in either order. Refused when there is no such link.
+    virtual void disconnect(const Link &link, Notify notify = Notify::yes) = 0;
+    /// Logs a device in and out. Sends code 79 and 80 when its switch is in the fabric. Refused for a port that does not
+    /// exist or has a device, and for a port name that is not logged in.
+    virtual void logIn(const NameServerEntry &entry, Notify notify = Notify::yes) = 0;
+    virtual void logOut(const std::string &portWwn, Notify notify = Notify::yes) = 0;
+
+    /// All peers in the order of their domain IDs, all links in the order in which they came up, and all entries in the
+    /// order of their addresses, whether in the fabric or not.
+    virtual std::vector<Peer> peers() const = 0;
+    virtual std::vector<Link> links() const = 0;
+    virtual std::vector<NameServerEntry> nameServer() const = 0;
+
+    // ---- time ----------------------------------------------------------------------------------------
+
+    /// Seconds since the switch was switched on: 3600 at first. The clock is a virtual one: it goes on with
+    /// passTime() and slow answers only. Who hosts the cache hands it out as the system's uptime.
+    virtual long uptime() const = 0;
+    /// Refused for a time below 0.
+    virtual void passTime(std::chrono::seconds time) = 0;
+
     // ---- notifications -------------------------------------------------------------------------------
 
     /// Sends a notification to every client that registered for notifications, whether or not it
@@ -249,7 +343,7 @@ public:
 };
 
 /// Number of the interface above; it changes whenever a member is added, removed or changed.
-constexpr int kInterfaceVersion = 2;
+constexpr int kInterfaceVersion = 3;
 
 } // namespace sim
 
@@ -260,8 +354,14 @@ constexpr int kInterfaceVersion = 2;
 ///     fixed-128      one box of 128 ports
 ///     claims-200     like fixed-24, but with 200 ports, more than such a switch can have
 ///     second-naming  like fixed-24, but named as Cisco's switches are: an NAA 2 name, and ports numbered from one
+///     fabric-2       a box of 24 ports linked to one like it
+///     fabric-12      a box of 24 ports at the edge of a fabric of 12: two linked cores, every edge on both
+///     fabric-60      the same with 60 switches and four cores, every edge on two of them
 ///
-/// The first two thirds of the ports are Online; the last sixth have empty cages.
+/// The first two thirds of the ports are Online, with a device logged in at each; the last sixth have empty cages. Only
+/// the last three switches have peers, linked to the ports from 16 on. In fabric-2 the local switch is the principal;
+/// in the others, where the cores have 64 ports, it is the first core. The last edge of fabric-12 is named as Cisco's
+/// switches are.
 ///
 /// `version` is kInterfaceVersion as the caller was compiled with; null if it is not this library's. Throws
 /// std::invalid_argument for an unknown profile. The caller owns the result.

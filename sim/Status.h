@@ -36,6 +36,7 @@ enum Status : int32_t {
     kLinked = 20,        ///< the object belongs to another one
     kBadMember = 21,     ///< a member type or identifier that cannot be used here
     kBadEventCode = 22,  ///< no notification has this code
+    kNoAnswer = 23,      ///< the fabric's management server did not answer
     kEndOfList = 24,     ///< a walk has come to its end
     kInternal = 99,      ///< the switch library failed in a way of its own
     kNotSupported = 103, ///< the attribute exists, but not on this switch as it is equipped

@@ -3,7 +3,7 @@
  *
  *     the boundary     no exception leaves the switch library
  *     the recorder     notes the call as it returned
- *     the levers       let time pass, fail the call or some of its keys, or let it be
+ *     the levers       let time pass, do something to the switch, fail the call or some of its keys, or let it be
  *     the switch       serves it
  *
  * Thread-safe.
@@ -12,6 +12,7 @@
 #define SIM_API_CALL_H
 
 #include <exception>
+#include <functional>
 #include <memory>
 #include <new>
 #include <string>
@@ -69,6 +70,8 @@ Result pass(Endpoint &endpoint, Call &call, const Serve &serve, const HandOutNot
     const Verdict verdict = endpoint.faults.judge({call.name, call.keys, call.reads});
     if (verdict.delay.count() > 0)
         endpoint.pause(verdict.delay);
+    for (const std::function<void()> &action : verdict.actions)
+        action();
     Result result{};
     if (call.client != 0 && endpoint.isOff())
         result = failure<Result>(kBadHandle);

@@ -4,6 +4,7 @@
 
 #include "sim/core/Event.h"
 #include "sim/core/Registry.h"
+#include "sim/model/NameServer.h"
 #include "sim/model/Profile.h"
 
 namespace sim {
@@ -46,6 +47,39 @@ public:
     void removeAccount(const std::string &name, Notify notify) override {
         operate([&](Switch &device) { return sim::removeAccount(device, name); }, notify);
     }
+
+    void addPeer(const Peer &peer) override {
+        operate([&](Switch &device) { return sim::addPeer(device, peer); }, Notify::yes);
+    }
+    void removePeer(const std::string &wwn, Notify notify) override {
+        operate([&](Switch &device) { return sim::removePeer(device, wwn); }, notify);
+    }
+    void changePeer(const Peer &peer, Notify notify) override {
+        operate([&](Switch &device) { return sim::changePeer(device, peer); }, notify);
+    }
+    void setPriority(unsigned priority, Notify notify) override {
+        operate([&](Switch &device) { return sim::setPriority(device, priority); }, notify);
+    }
+    void connect(const Link &link, Notify notify) override {
+        operate([&](Switch &device) { return sim::connect(device, link); }, notify);
+    }
+    void disconnect(const Link &link, Notify notify) override {
+        operate([&](Switch &device) { return sim::disconnect(device, link); }, notify);
+    }
+    void logIn(const NameServerEntry &entry, Notify notify) override {
+        operate([&](Switch &device) { return sim::logIn(device, entry); }, notify);
+    }
+    void logOut(const std::string &portWwn, Notify notify) override {
+        operate([&](Switch &device) { return sim::logOut(device, portWwn); }, notify);
+    }
+    std::vector<Peer> peers() const override {
+        return _endpoint->device.inspect([](const Switch &device) { return device.fabric.peers; });
+    }
+    std::vector<Link> links() const override { return _endpoint->device.inspect(linksOf); }
+    std::vector<NameServerEntry> nameServer() const override { return _endpoint->device.inspect(nameServerOf); }
+
+    long uptime() const override { return static_cast<long>(_endpoint->device.uptime().count()); }
+    void passTime(std::chrono::seconds time) override { _endpoint->device.passTime(time); }
 
     void deliver(const zov_event_s &event) override { _endpoint->notifier.sendToAll(event); }
     void deliver(int32_t code, const std::array<int32_t, 3> &source, const std::string &text) override {

@@ -29,7 +29,7 @@ const KeyFault *faultOf(const Verdict &verdict, size_t index) {
     return index < verdict.keys.size() && verdict.keys[index].applies ? &verdict.keys[index] : nullptr;
 }
 
-int32_t readKey(const Endpoint &endpoint, const Verdict &verdict, const std::string &key, std::string &value) {
+int32_t readKey(Endpoint &endpoint, const Verdict &verdict, const std::string &key, std::string &value) {
     if (const KeyFault *fault = faultOf(verdict, 0)) {
         value = fault->value.value_or("");
         return fault->status;
@@ -123,7 +123,7 @@ int32_t zov_smlGetBatch(zov_handle_t handle, SmlMessage *messages, int32_t count
     return guarded<int32_t>([&] {
         return batch(
             {"zov_smlGetBatch", handle, keysOf(messages, count), true}, messages, count,
-            [](const Endpoint &endpoint, const std::vector<SmlMessage *> &served) { endpoint.device.getAll(served); });
+            [](Endpoint &endpoint, const std::vector<SmlMessage *> &served) { endpoint.device.getAll(served); });
     });
 }
 

@@ -1,6 +1,7 @@
 #include "sim/core/Device.h"
 
 #include <cstring>
+#include <limits>
 #include <stdexcept>
 
 #include "sim/Status.h"
@@ -21,7 +22,7 @@ Attribute knownAttribute(const Switch &device, const std::string &key) {
 }
 
 std::array<int32_t, 3> sourceOf(const Attribute &attribute) {
-    const auto index = static_cast<int32_t>(attribute.index);
+    const auto index = static_cast<int32_t>(attribute.index.first);
     switch (attribute.row->source) {
     case Source::slot:
         return {0, index, 0};
@@ -35,7 +36,7 @@ std::array<int32_t, 3> sourceOf(const Attribute &attribute) {
 
 } // namespace
 
-int32_t Device::get(const std::string &key, std::string &value) const {
+int32_t Device::get(const std::string &key, std::string &value) {
     const std::lock_guard<std::mutex> lock(_mutex);
     return getLocked(key, value);
 }
@@ -45,7 +46,7 @@ int32_t Device::set(zov_handle_t client, const std::string &key, const std::stri
     return setLocked(client, key, value);
 }
 
-void Device::getAll(const std::vector<SmlMessage *> &messages) const {
+void Device::getAll(const std::vector<SmlMessage *> &messages) {
     const std::lock_guard<std::mutex> lock(_mutex);
     for (SmlMessage *message : messages) {
         std::string value;
@@ -62,10 +63,11 @@ void Device::setAll(zov_handle_t client, const std::vector<SmlMessage *> &messag
             hasTerminatedKey(*message) ? setLocked(client, keyOf(*message), valueToSet(*message)) : kBadKey;
 }
 
-int32_t Device::getLocked(const std::string &key, std::string &value) const {
+int32_t Device::getLocked(const std::string &key, std::string &value) {
     const Attribute attribute = findAttribute(_switch, key);
     if (!attribute)
         return findCommand(key) ? kNotReadable : kNoSuchKey;
+    advance(std::chrono::seconds(attribute.seconds(_switch)));
     const Status status = attribute.status(_switch);
     if (status == kOk)
         value = attribute.read(_switch);
@@ -107,8 +109,12 @@ bool Device::apply(const Attribute &attribute, const std::string &key, const std
     attribute.write(_switch, value);
     if (attribute.read(_switch) == before)
         return false;
-    if (notify == Notify::yes && attribute.row->notification != 0)
-        _notifier.send(makeEvent(attribute.row->notification, sourceOf(attribute), key + " is now " + value));
+    const Announcements others = attribute.follow(_switch);
+    if (notify == Notify::no)
+        return true;
+    if (attribute.row->notification != 0)
+        send({{attribute.row->notification, sourceOf(attribute), key + " is now " + value}});
+    send(others);
     return true;
 }
 
@@ -123,14 +129,39 @@ void Device::change(const std::string &key, const std::string &value, Notify not
     if (!attribute.row->rule->accepts(value))
         throw std::invalid_argument("'" + key + "' cannot be '" + value +
                                     "'; allowed: " + attribute.row->rule->allowed);
+    if (attribute.isTaken(_switch, value))
+        throw std::invalid_argument("'" + key + "' cannot be '" + value + "'; another switch has it");
     apply(attribute, key, value, notify);
 }
 
-void Device::operate(const std::function<Announcement(Switch &)> &operation, Notify notify) {
+void Device::operate(const std::function<Announcements(Switch &)> &operation, Notify notify) {
     const std::lock_guard<std::mutex> lock(_mutex);
-    const Announcement announcement = operation(_switch);
+    const Announcements announcements = operation(_switch);
     if (notify == Notify::yes)
+        send(announcements);
+}
+
+void Device::send(const Announcements &announcements) {
+    for (const Announcement &announcement : announcements)
         _notifier.send(makeEvent(announcement.code, announcement.source, announcement.text));
+}
+
+std::chrono::seconds Device::uptime() const {
+    const std::lock_guard<std::mutex> lock(_mutex);
+    return _uptime;
+}
+
+void Device::passTime(std::chrono::seconds time) {
+    if (time.count() < 0)
+        throw std::invalid_argument("time does not run backwards");
+    const std::lock_guard<std::mutex> lock(_mutex);
+    advance(time);
+}
+
+/// The clock stops at the largest number of seconds that can be told.
+void Device::advance(std::chrono::seconds time) {
+    constexpr std::chrono::seconds last{std::numeric_limits<long>::max()};
+    _uptime = time < last - _uptime ? _uptime + time : last;
 }
 
 std::string Device::read(const std::string &key) const {

@@ -9,6 +9,7 @@
 #ifndef SIM_CORE_DEVICE_H
 #define SIM_CORE_DEVICE_H
 
+#include <chrono>
 #include <functional>
 #include <mutex>
 #include <string>
@@ -29,12 +30,12 @@ public:
 
     // ---- as clients reach it ---------------------------------------------------------------------
 
-    /// Reads one key; `value` is untouched unless the result is kOk.
-    int32_t get(const std::string &key, std::string &value) const;
+    /// Reads one key; `value` is untouched unless the result is kOk. Time passes when the switch is slow to answer.
+    int32_t get(const std::string &key, std::string &value);
     /// Sets one key or runs one command.
     int32_t set(zov_handle_t client, const std::string &key, const std::string &value);
     /// The same for the messages of a batch, all in one step; every message is handled.
-    void getAll(const std::vector<SmlMessage *> &messages) const;
+    void getAll(const std::vector<SmlMessage *> &messages);
     void setAll(zov_handle_t client, const std::vector<SmlMessage *> &messages);
 
     Zoning zoning() const;
@@ -43,22 +44,33 @@ public:
 
     void change(const std::string &key, const std::string &value, Notify notify);
     /// Lets somebody put hands on the switch. An operation that throws must have changed nothing.
-    void operate(const std::function<Announcement(Switch &)> &operation, Notify notify);
+    void operate(const std::function<Announcements(Switch &)> &operation, Notify notify);
     std::string read(const std::string &key) const;
+    /// What somebody finds who looks at the switch.
+    template <class Look> auto inspect(const Look &look) const {
+        const std::lock_guard<std::mutex> lock(_mutex);
+        return look(_switch);
+    }
     std::vector<std::string> keys() const;
+
+    std::chrono::seconds uptime() const;
+    void passTime(std::chrono::seconds time);
 
     zov_handle_t adminModeHolder() const;
     void holdAdminModeElsewhere(bool hold);
 
 private:
-    int32_t getLocked(const std::string &key, std::string &value) const;
+    int32_t getLocked(const std::string &key, std::string &value);
     int32_t setLocked(zov_handle_t client, const std::string &key, const std::string &value);
     int32_t run(zov_handle_t client, const Command &command);
+    void advance(std::chrono::seconds time);
+    void send(const Announcements &announcements);
     bool apply(const Attribute &attribute, const std::string &key, const std::string &value, Notify notify);
 
     Notifier &_notifier;
     mutable std::mutex _mutex;
     Switch _switch;
+    std::chrono::seconds _uptime{3600};
     AdminMode _admin;
     ConfigEdit _edit;
 };

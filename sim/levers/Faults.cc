@@ -82,6 +82,8 @@ Verdict Faults::judge(const FaultTarget &target) {
         if (rule.times > 0)
             --rule.times;
         verdict.delay += rule.fault.delay;
+        if (rule.fault.action)
+            verdict.actions.push_back(rule.fault.action);
         if (!aboutKeys) {
             verdict.result = rule.fault.result;
             verdict.nullHandle = rule.fault.nullHandle && !rule.fault.result;

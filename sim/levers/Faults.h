@@ -14,6 +14,7 @@
 #ifndef SIM_LEVERS_FAULTS_H
 #define SIM_LEVERS_FAULTS_H
 
+#include <functional>
 #include <mutex>
 #include <string_view>
 #include <vector>
@@ -32,7 +33,8 @@ struct KeyFault {
 /// What is to happen to one call.
 struct Verdict {
     std::chrono::milliseconds delay{0};
-    std::optional<int32_t> result; ///< the call fails with this
+    std::vector<std::function<void()>> actions; ///< to be done then, in this order
+    std::optional<int32_t> result;              ///< the call fails with this
     bool nullHandle = false;
     std::vector<KeyFault> keys; ///< one per key of the call, or none at all when no key is concerned
 };

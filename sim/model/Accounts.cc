@@ -18,39 +18,43 @@ unsigned accountCount(const Switch &device) {
     return static_cast<unsigned>(device.accounts.size());
 }
 
-std::string nameOf(const Switch &device, unsigned index) {
-    return device.accounts[index];
+std::string accountOrNone(const Switch &device, Index at) {
+    return at.first < accountCount(device) ? device.accounts[at.first] : std::string();
 }
 
-std::string accountOrNone(const Switch &device, unsigned index) {
-    return index < accountCount(device) ? device.accounts[index] : std::string();
+Status accountOrEnd(const Switch &device, Index at) {
+    return at.first < accountCount(device) ? kOk : kEndOfList;
 }
 
-Status accountOrEnd(const Switch &device, unsigned index) {
-    return index < accountCount(device) ? kOk : kEndOfList;
+std::string readNext(const Switch &device, Index at) {
+    return accountOrNone(device, {at.first + 1});
 }
 
-std::string readNext(const Switch &device, unsigned index) {
-    return accountOrNone(device, index + 1);
+Status nextStatus(const Switch &device, Index at) {
+    return accountOrEnd(device, {at.first + 1});
 }
 
-Status nextStatus(const Switch &device, unsigned index) {
-    return accountOrEnd(device, index + 1);
+std::optional<unsigned> placeOf(const Switch &device, unsigned, std::string_view name) {
+    const auto account = std::find(device.accounts.begin(), device.accounts.end(), name);
+    return static_cast<unsigned>(account - device.accounts.begin());
 }
+
+constexpr Axis kAccounts = {[](const Switch &device, unsigned) { return accountCount(device); }, nullptr, placeOf,
+                            [](const Switch &device, unsigned, unsigned place) { return device.accounts[place]; }};
 
 constexpr Row kRows[] = {
     {"Oper.Switch.FirstPotentialUser", Access::readOnly, &kDerivedRule, 0, accountOrNone, nullptr, nullptr,
      Source::none, accountOrEnd},
-    {"Oper.Switch.NextPotentialUser.%s", Access::readOnly, &kDerivedRule, 0, readNext, nullptr, accountCount,
-     Source::none, nextStatus, nameOf},
+    {"Oper.Switch.NextPotentialUser.%s", Access::readOnly, &kDerivedRule, 0, readNext, nullptr, &kAccounts,
+     Source::none, nextStatus},
 };
 
 bool isName(const std::string &name) {
     return !name.empty() && name.size() <= kLongestName && isPrinting(name) && name.find(' ') == std::string::npos;
 }
 
-Announcement changeOf(const std::string &name, const char *change) {
-    return {ZOV_EVENT_USER_ACL_CHANGE, {0, 0, 0}, "account " + name + " " + change};
+Announcements changeOf(const std::string &name, const char *change) {
+    return {{ZOV_EVENT_USER_ACL_CHANGE, {0, 0, 0}, "account " + name + " " + change}};
 }
 
 } // namespace
@@ -59,7 +63,7 @@ Rows accountsRows() {
     return {kRows, std::size(kRows)};
 }
 
-Announcement addAccount(Switch &device, const std::string &name) {
+Announcements addAccount(Switch &device, const std::string &name) {
     if (!isName(name))
         throw std::invalid_argument("'" + name +
                                     "' is no account name; allowed: 1 to 64 printing characters without blanks");
@@ -69,7 +73,7 @@ Announcement addAccount(Switch &device, const std::string &name) {
     return changeOf(name, "added");
 }
 
-Announcement removeAccount(Switch &device, const std::string &name) {
+Announcements removeAccount(Switch &device, const std::string &name) {
     const auto account = std::find(device.accounts.begin(), device.accounts.end(), name);
     if (account == device.accounts.end())
         throw std::invalid_argument("there is no account '" + name + "'");

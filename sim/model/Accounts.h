@@ -15,8 +15,8 @@ namespace sim {
 Rows accountsRows();
 
 /// What can be done about accounts; errors as in Simulator.h.
-Announcement addAccount(Switch &device, const std::string &name);
-Announcement removeAccount(Switch &device, const std::string &name);
+Announcements addAccount(Switch &device, const std::string &name);
+Announcements removeAccount(Switch &device, const std::string &name);
 
 } // namespace sim
 

@@ -7,6 +7,7 @@
 #include <array>
 #include <cstdint>
 #include <string>
+#include <vector>
 
 namespace sim {
 
@@ -15,6 +16,9 @@ struct Announcement {
     std::array<int32_t, 3> source;
     std::string text;
 };
+
+/// In the order in which they are sent.
+using Announcements = std::vector<Announcement>;
 
 } // namespace sim
 

@@ -19,28 +19,30 @@ unsigned slotCount(const Switch &device) {
     return static_cast<unsigned>(device.slots.size());
 }
 
-std::string readSlotCount(const Switch &device, unsigned) {
+std::string readSlotCount(const Switch &device, Index) {
     return std::to_string(slotCount(device));
 }
 
 /// Slots that come with a larger chassis are empty.
-void writeSlotCount(Switch &device, unsigned, const std::string &value) {
+void writeSlotCount(Switch &device, Index, const std::string &value) {
     device.slots.resize(*toNumber(value));
 }
 
-template <Text field> std::string readText(const Switch &device, unsigned slot) {
-    return device.slots[slot].*field;
+template <Text field> std::string readText(const Switch &device, Index at) {
+    return device.slots[at.first].*field;
 }
 
-template <Text field> void writeText(Switch &device, unsigned slot, const std::string &value) {
-    device.slots[slot].*field = value;
+template <Text field> void writeText(Switch &device, Index at, const std::string &value) {
+    device.slots[at.first].*field = value;
 }
+
+constexpr Axis kSlots = {[](const Switch &device, unsigned) { return slotCount(device); }};
 
 template <Text field>
 constexpr Row text(const char *pattern, const Rule &rule, int32_t notification,
-                   Status (*status)(const Switch &, unsigned) = nullptr) {
+                   Status (*status)(const Switch &, Index) = nullptr) {
     return {pattern,          Access::readOnly, &rule,        notification, readText<field>,
-            writeText<field>, slotCount,        Source::slot, status};
+            writeText<field>, &kSlots,          Source::slot, status};
 }
 
 constexpr Row kRows[] = {
@@ -70,8 +72,8 @@ void check(const Rule &rule, const char *what, const std::string &value) {
                                     "'; allowed: " + rule.allowed);
 }
 
-Announcement changeOf(int32_t code, unsigned slot, const std::string &text) {
-    return {code, {0, static_cast<int32_t>(slot), 0}, text + " slot " + std::to_string(slot)};
+Announcements changeOf(int32_t code, unsigned slot, const std::string &text) {
+    return {{code, {0, static_cast<int32_t>(slot), 0}, text + " slot " + std::to_string(slot)}};
 }
 
 } // namespace
@@ -100,7 +102,7 @@ Slot slotWith(const Blade &blade) {
     return slot;
 }
 
-Announcement insertBlade(Switch &device, unsigned slot, const Blade &blade) {
+Announcements insertBlade(Switch &device, unsigned slot, const Blade &blade) {
     Slot &place = existingSlot(device, slot);
     if (place.operState != kEmptySlot)
         throw std::invalid_argument("slot " + std::to_string(slot) + " is occupied");
@@ -110,7 +112,7 @@ Announcement insertBlade(Switch &device, unsigned slot, const Blade &blade) {
     return changeOf(ZOV_EVENT_BLADE_INSERTED, slot, blade.type + " blade inserted into");
 }
 
-Announcement removeBlade(Switch &device, unsigned slot) {
+Announcements removeBlade(Switch &device, unsigned slot) {
     Slot &place = existingSlot(device, slot);
     if (place.operState == kEmptySlot)
         throw std::invalid_argument("slot " + std::to_string(slot) + " is empty");

@@ -32,8 +32,8 @@ Rows bladesRows();
 Slot slotWith(const Blade &blade);
 
 /// What can be done to blades; errors as in Simulator.h.
-Announcement insertBlade(Switch &device, unsigned slot, const Blade &blade);
-Announcement removeBlade(Switch &device, unsigned slot);
+Announcements insertBlade(Switch &device, unsigned slot, const Blade &blade);
+Announcements removeBlade(Switch &device, unsigned slot);
 
 } // namespace sim
 

@@ -16,30 +16,33 @@ template <Units units> unsigned unitCount(const Switch &device) {
     return static_cast<unsigned>((device.chassis.*units).size());
 }
 
-template <Units units> std::string readUnitCount(const Switch &device, unsigned) {
+template <Units units> std::string readUnitCount(const Switch &device, Index) {
     return std::to_string(unitCount<units>(device));
 }
 
 /// Units that come with a larger chassis are good ones.
-template <Units units> void writeUnitCount(Switch &device, unsigned, const std::string &value) {
+template <Units units> void writeUnitCount(Switch &device, Index, const std::string &value) {
     (device.chassis.*units).resize(*toNumber(value), "Good");
 }
 
-template <Units units> std::string readUnit(const Switch &device, unsigned index) {
-    return (device.chassis.*units)[index];
+template <Units units> std::string readUnit(const Switch &device, Index at) {
+    return (device.chassis.*units)[at.first];
 }
 
-template <Units units> void writeUnit(Switch &device, unsigned index, const std::string &value) {
-    (device.chassis.*units)[index] = value;
+template <Units units> void writeUnit(Switch &device, Index at, const std::string &value) {
+    (device.chassis.*units)[at.first] = value;
 }
 
-std::string readFaults(const Switch &device, unsigned) {
+std::string readFaults(const Switch &device, Index) {
     return device.chassis.faultList;
 }
 
-void writeFaults(Switch &device, unsigned, const std::string &value) {
+void writeFaults(Switch &device, Index, const std::string &value) {
     device.chassis.faultList = value;
 }
+
+template <Units units>
+constexpr Axis kUnits = {[](const Switch &device, unsigned) { return unitCount<units>(device); }};
 
 template <Units units> constexpr Row countOf(const char *key) {
     return {
@@ -47,8 +50,8 @@ template <Units units> constexpr Row countOf(const char *key) {
 }
 
 template <Units units> constexpr Row unit(const char *pattern) {
-    return {pattern,         Access::readOnly, &kHardwareRule,  ZOV_EVENT_CHASSIS_OPERCHANGE,
-            readUnit<units>, writeUnit<units>, unitCount<units>};
+    return {pattern,         Access::readOnly, &kHardwareRule, ZOV_EVENT_CHASSIS_OPERCHANGE,
+            readUnit<units>, writeUnit<units>, &kUnits<units>};
 }
 
 constexpr Row kRows[] = {

@@ -3,6 +3,7 @@
 #include <iterator>
 
 #include "platform/zovlib.h"
+#include "sim/model/PortName.h"
 #include "sim/model/Switch.h"
 #include "sim/tree/Rules.h"
 
@@ -12,38 +13,48 @@ namespace {
 
 using Text = std::string Identity::*;
 using Flag = bool Identity::*;
-using Number = unsigned Identity::*;
 
-template <Text field> std::string readText(const Switch &device, unsigned) {
+template <Text field> std::string readText(const Switch &device, Index) {
     return device.identity.*field;
 }
 
-template <Text field> void writeText(Switch &device, unsigned, const std::string &value) {
+template <Text field> void writeText(Switch &device, Index, const std::string &value) {
     device.identity.*field = value;
 }
 
-template <Flag field> std::string readFlag(const Switch &device, unsigned) {
+template <Flag field> std::string readFlag(const Switch &device, Index) {
     return device.identity.*field ? "True" : "False";
 }
 
-template <Flag field> void writeFlag(Switch &device, unsigned, const std::string &value) {
+template <Flag field> void writeFlag(Switch &device, Index, const std::string &value) {
     device.identity.*field = value == "True";
 }
 
-template <Number field> std::string readNumber(const Switch &device, unsigned) {
-    return std::to_string(device.identity.*field);
+std::string readDomain(const Switch &device, Index) {
+    return std::to_string(device.identity.domainId);
 }
 
-template <Number field> void writeNumber(Switch &device, unsigned, const std::string &value) {
-    device.identity.*field = *toNumber(value);
+void writeDomain(Switch &device, Index, const std::string &value) {
+    device.identity.domainId = *toNumber(value);
 }
 
 template <Text field> constexpr Row text(const char *key, const Rule &rule, int32_t notification) {
     return {key, Access::readOnly, &rule, notification, readText<field>, writeText<field>};
 }
 
-template <Number field> constexpr Row number(const char *key, const Rule &rule, int32_t notification) {
-    return {key, Access::readOnly, &rule, notification, readNumber<field>, writeNumber<field>};
+/// An attribute by which the fabric knows the switch: no two switches have the same.
+constexpr Row knownBy(Row row, bool (*isTaken)(const Switch &, const std::string &)) {
+    row.isTaken = isTaken;
+    row.follow = updateLinkState;
+    return row;
+}
+
+bool isPeersName(const Switch &device, const std::string &value) {
+    return peerNamed(device.fabric, upperCase(value)) != nullptr;
+}
+
+bool isPeersDomain(const Switch &device, const std::string &value) {
+    return peerAt(device.fabric, *toNumber(value)) != nullptr;
 }
 
 /// Modes and features all announce themselves as a change of features.
@@ -52,10 +63,12 @@ template <Flag field> constexpr Row feature(const char *key, Access access) {
 }
 
 constexpr Row kRows[] = {
-    text<&Identity::wwn>("Oper.Switch.WWN", kWwnRule, ZOV_EVENT_SWITCH_ATTR_CHANGE),
+    knownBy(text<&Identity::wwn>("Oper.Switch.WWN", kWwnRule, ZOV_EVENT_SWITCH_ATTR_CHANGE), isPeersName),
     text<&Identity::principal>("Oper.Switch.WhoIsPrincipal", kWwnRule, ZOV_EVENT_FABRIC_CHANGE),
     text<&Identity::operState>("Oper.Switch.OperState", kSwitchStateRule, ZOV_EVENT_SWITCH_STATE_CHANGE),
-    number<&Identity::domainId>("Oper.Switch.DomainID", kDomainRule, ZOV_EVENT_DOMAINID_CHANGE),
+    knownBy(
+        {"Oper.Switch.DomainID", Access::readOnly, &kDomainRule, ZOV_EVENT_DOMAINID_CHANGE, readDomain, writeDomain},
+        isPeersDomain),
     text<&Identity::hardwareType>("Oper.Switch.Nop", kTextRule, 0),
     feature<&Identity::transparentModeFeature>("Oper.Switch.TransparentModeFeature", Access::readOnly),
     feature<&Identity::fcoeFeature>("Oper.Switch.FCOEFeature", Access::readOnly),
@@ -70,8 +83,12 @@ Rows identityRows() {
     return {kRows, std::size(kRows)};
 }
 
-Status faultListStatus(const Switch &device, unsigned) {
+Status faultListStatus(const Switch &device, Index) {
     return device.identity.enhancedFaultMonitoring ? kOk : kNotSupported;
+}
+
+bool isTransparent(const Switch &device) {
+    return device.identity.transparentModeFeature && device.identity.transparentMode;
 }
 
 } // namespace sim

@@ -26,7 +26,10 @@ struct Identity {
 Rows identityRows();
 
 /// What clients are answered about fault lists: a switch without enhanced fault monitoring has none to show.
-Status faultListStatus(const Switch &device, unsigned index);
+Status faultListStatus(const Switch &device, Index at);
+
+/// Whether the switch is in transparent mode, and so in no fabric.
+bool isTransparent(const Switch &device);
 
 } // namespace sim
 

@@ -11,11 +11,11 @@ namespace {
 
 using Text = std::string Manufacturing::*;
 
-template <Text field> std::string readText(const Switch &device, unsigned) {
+template <Text field> std::string readText(const Switch &device, Index) {
     return device.manufacturing.*field;
 }
 
-template <Text field> void writeText(Switch &device, unsigned, const std::string &value) {
+template <Text field> void writeText(Switch &device, Index, const std::string &value) {
     device.manufacturing.*field = value;
 }
 

@@ -1,11 +1,10 @@
 #include "sim/model/Ports.h"
 
-#include <cinttypes>
-#include <cstdio>
 #include <iterator>
 #include <stdexcept>
 
 #include "platform/zovlib.h"
+#include "sim/model/PortName.h"
 #include "sim/model/Switch.h"
 #include "sim/tree/Rules.h"
 
@@ -16,6 +15,8 @@ namespace {
 using PortText = std::string UserPort::*;
 using MediaText = std::string Media::*;
 
+constexpr const char *kNoPort = "NotInstalled";
+
 constexpr int32_t kMediaInserted = 76;
 constexpr int32_t kMediaRemoved = 77;
 
@@ -23,54 +24,44 @@ unsigned portCount(const Switch &device) {
     return static_cast<unsigned>(device.ports.size());
 }
 
-std::string readPortCount(const Switch &device, unsigned) {
+std::string readPortCount(const Switch &device, Index) {
     return std::to_string(portCount(device));
 }
 
-void writePortCount(Switch &device, unsigned, const std::string &value) {
+void writePortCount(Switch &device, Index, const std::string &value) {
     device.ports.resize(*toNumber(value));
 }
 
-template <PortText field> std::string readText(const Switch &device, unsigned port) {
-    return device.ports[port].*field;
+template <PortText field> std::string readText(const Switch &device, Index at) {
+    return device.ports[at.first].*field;
 }
 
-template <PortText field> void writeText(Switch &device, unsigned port, const std::string &value) {
-    device.ports[port].*field = value;
+template <PortText field> void writeText(Switch &device, Index at, const std::string &value) {
+    device.ports[at.first].*field = value;
 }
 
-template <MediaText field> std::string readMedia(const Switch &device, unsigned port) {
-    return device.ports[port].media.*field;
+template <MediaText field> std::string readMedia(const Switch &device, Index at) {
+    return device.ports[at.first].media.*field;
 }
 
-template <MediaText field> void writeMedia(Switch &device, unsigned port, const std::string &value) {
-    device.ports[port].media.*field = value;
+template <MediaText field> void writeMedia(Switch &device, Index at, const std::string &value) {
+    device.ports[at.first].media.*field = value;
 }
 
-/// A port is named by its switch: the NAA format of a switch's name (1 or 2) becomes 2, and the port's number goes
-/// into the 12 bits after it. Switches of one company number their ports from one. A switch name of another format
-/// has no place for a port.
-std::string readWwn(const Switch &device, unsigned port) {
-    constexpr uint64_t oneBasedCompany = 0x000DEC;
-    const uint64_t name = std::stoull(device.identity.wwn, nullptr, 16);
-    const uint64_t format = name >> 60;
-    if (format != 1 && format != 2)
-        return device.identity.wwn;
-    const uint64_t company = name >> 24 & 0xFFFFFF;
-    const uint64_t number = company == oneBasedCompany ? port + 1 : port;
-    char text[17];
-    std::snprintf(text, sizeof text, "%016" PRIX64, (name & 0x0000FFFFFFFFFFFF) | number << 48 | uint64_t{2} << 60);
-    return text;
+std::string readWwn(const Switch &device, Index at) {
+    return portName(device.identity.wwn, at.first);
 }
+
+constexpr Axis kPorts = {[](const Switch &device, unsigned) { return portCount(device); }};
 
 template <PortText field>
 constexpr Row text(const char *pattern, Access access, const Rule &rule, int32_t notification) {
-    return {pattern, access, &rule, notification, readText<field>, writeText<field>, portCount, Source::port};
+    return {pattern, access, &rule, notification, readText<field>, writeText<field>, &kPorts, Source::port};
 }
 
 /// Transceivers announce themselves as they come and go.
 template <MediaText field> constexpr Row media(const char *pattern, const Rule &rule) {
-    return {pattern, Access::readOnly, &rule, 0, readMedia<field>, writeMedia<field>, portCount, Source::port};
+    return {pattern, Access::readOnly, &rule, 0, readMedia<field>, writeMedia<field>, &kPorts, Source::port};
 }
 
 constexpr Row kRows[] = {
@@ -84,7 +75,7 @@ constexpr Row kRows[] = {
     media<&Media::bytes0To31>("Oper.UserPort.0.%u.SFPData0_31", kSfpDataRule),
     media<&Media::bytes32To63>("Oper.UserPort.0.%u.SFPData32_63", kSfpDataRule),
     media<&Media::serialNumber>("Oper.UserPort.0.%u.SFPSerialNumber", kSfpSerialRule),
-    {"Oper.UserPort.0.%u.WWN", Access::readOnly, &kDerivedRule, 0, readWwn, nullptr, portCount, Source::port},
+    {"Oper.UserPort.0.%u.WWN", Access::readOnly, &kDerivedRule, 0, readWwn, nullptr, &kPorts, Source::port},
 };
 
 UserPort &existingPort(Switch &device, unsigned port) {
@@ -99,8 +90,8 @@ bool isPlugged(const UserPort &port) {
 }
 
 /// The text says where, in four numbers, and then what.
-Announcement mediaChange(int32_t code, unsigned port, const std::string &what) {
-    return {code, {0, 0, static_cast<int32_t>(port)}, "0;0;0;" + std::to_string(port) + what};
+Announcements mediaChange(int32_t code, unsigned port, const std::string &what) {
+    return {{code, {0, 0, static_cast<int32_t>(port)}, "0;0;0;" + std::to_string(port) + what}};
 }
 
 } // namespace
@@ -109,7 +100,7 @@ Rows portsRows() {
     return {kRows, std::size(kRows)};
 }
 
-Announcement plugTransceiver(Switch &device, unsigned port, const Transceiver &transceiver) {
+Announcements plugTransceiver(Switch &device, unsigned port, const Transceiver &transceiver) {
     UserPort &place = existingPort(device, port);
     if (isPlugged(place))
         throw std::invalid_argument("port " + std::to_string(port) + " has a transceiver already");
@@ -119,12 +110,16 @@ Announcement plugTransceiver(Switch &device, unsigned port, const Transceiver &t
                            std::to_string(formatOf(transceiver)));
 }
 
-Announcement pullTransceiver(Switch &device, unsigned port) {
+Announcements pullTransceiver(Switch &device, unsigned port) {
     UserPort &place = existingPort(device, port);
     if (!isPlugged(place))
         throw std::invalid_argument("port " + std::to_string(port) + " has no transceiver");
     place.media = {};
     return mediaChange(kMediaRemoved, port, "");
+}
+
+bool hasPort(const Switch &device, unsigned port) {
+    return port < portCount(device) && device.ports[port].operState != kNoPort;
 }
 
 void bringPortsOf(Switch &device, unsigned slot) {
@@ -136,7 +131,7 @@ void bringPortsOf(Switch &device, unsigned slot) {
 void takePortsOf(Switch &device, unsigned slot) {
     for (UserPort &port : device.ports)
         if (port.slot == slot) {
-            port.operState = "NotInstalled";
+            port.operState = kNoPort;
             port.media = {};
         }
 }

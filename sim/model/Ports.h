@@ -25,8 +25,11 @@ struct UserPort {
 Rows portsRows();
 
 /// What can be done to transceivers; errors as in Simulator.h.
-Announcement plugTransceiver(Switch &device, unsigned port, const Transceiver &transceiver);
-Announcement pullTransceiver(Switch &device, unsigned port);
+Announcements plugTransceiver(Switch &device, unsigned port, const Transceiver &transceiver);
+Announcements pullTransceiver(Switch &device, unsigned port);
+
+/// Whether there is a port of this number; the ports of an empty slot are not there.
+bool hasPort(const Switch &device, unsigned port);
 
 /// The ports of a slot come with its blade, as new ones, and go with it. Their settings stay.
 void bringPortsOf(Switch &device, unsigned slot);

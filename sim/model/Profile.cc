@@ -2,6 +2,8 @@
 
 #include <stdexcept>
 
+#include "sim/model/FabricProfile.h"
+
 namespace sim {
 
 namespace {
@@ -100,14 +102,27 @@ Switch director8() {
     return device;
 }
 
+Switch fabric2() {
+    Switch device = box("100000C0DD02A001", 24);
+    joinTwin(device);
+    return device;
+}
+
+template <unsigned switches, unsigned cores> Switch edgeOf() {
+    Switch device = box("", 24);
+    joinCoreAndEdge(device, switches, cores);
+    return device;
+}
+
 struct Profile {
     const char *name;
     Switch (*make)();
 };
 
 constexpr Profile kProfiles[] = {
-    {kDefaultProfile, fixed24}, {"director-8", director8},       {"fixed-128", fixed128},
-    {"claims-200", claims200},  {"second-naming", secondNaming},
+    {kDefaultProfile, fixed24},   {"director-8", director8},       {"fixed-128", fixed128},
+    {"claims-200", claims200},    {"second-naming", secondNaming}, {"fabric-2", fabric2},
+    {"fabric-12", edgeOf<12, 2>}, {"fabric-60", edgeOf<60, 4>},
 };
 
 } // namespace
@@ -115,8 +130,12 @@ constexpr Profile kProfiles[] = {
 Switch makeSwitch(const std::string &profile) {
     std::string known;
     for (const Profile &candidate : kProfiles) {
-        if (profile == candidate.name)
-            return candidate.make();
+        if (profile == candidate.name) {
+            Switch device = candidate.make();
+            updateLinkState(device);
+            logInDevices(device);
+            return device;
+        }
         known += std::string(" ") + candidate.name;
     }
     throw std::invalid_argument("no switch profile '" + profile + "'; there are:" + known);

@@ -10,6 +10,7 @@
 #include "sim/model/Accounts.h"
 #include "sim/model/Blades.h"
 #include "sim/model/Chassis.h"
+#include "sim/model/Fabric.h"
 #include "sim/model/Identity.h"
 #include "sim/model/Manufacturing.h"
 #include "sim/model/Ports.h"
@@ -25,6 +26,7 @@ struct Switch {
     std::vector<std::string> accounts; ///< in the order in which they are listed
     Manufacturing manufacturing;
     Zoning zoning;
+    Fabric fabric;
 };
 
 } // namespace sim

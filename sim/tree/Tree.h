@@ -14,15 +14,20 @@
 
 namespace sim {
 
-/// A key that was found: its row and its index (0 for a row without one, the place of the name for one with names).
+/// A key that was found: its row and its place in it.
 struct Attribute {
     const Row *row = nullptr;
-    unsigned index = 0;
+    Index index;
 
     explicit operator bool() const { return row != nullptr; }
     Status status(const Switch &device) const { return row->status ? row->status(device, index) : kOk; }
+    unsigned seconds(const Switch &device) const { return row->seconds ? row->seconds(device, index) : 0; }
     std::string read(const Switch &device) const { return row->read(device, index); }
     void write(Switch &device, const std::string &value) const { row->write(device, index, value); }
+    bool isTaken(const Switch &device, const std::string &value) const {
+        return row->isTaken && row->isTaken(device, value);
+    }
+    Announcements follow(Switch &device) const { return row->follow ? row->follow(device) : Announcements(); }
 };
 
 /// The attribute of a key; none for an unknown key and for an index or a name that this switch does not have.

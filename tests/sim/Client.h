@@ -48,6 +48,7 @@ enum : int32_t {
     kLinked = 20,
     kBadMember = 21,
     kBadEventCode = 22,
+    kNoAnswer = 23,
     kEndOfList = 24,
     kNotSupported = 103,
 };
@@ -158,6 +159,14 @@ private:
 
     Inbox &_inbox = newInbox();
 };
+
+/// Notifications as "CODE TEXT".
+inline std::vector<std::string> shown(const std::vector<zov_event_s> &events) {
+    std::vector<std::string> texts;
+    for (const zov_event_s &event : events)
+        texts.push_back(std::to_string(event.code) + " " + event.text);
+    return texts;
+}
 
 /// Everything recorded, one line per record.
 inline std::vector<std::string> linesOf(const sim::Simulator &device) {

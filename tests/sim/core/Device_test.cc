@@ -1,11 +1,13 @@
 #include "sim/core/Device.h"
 
+#include <limits>
 #include <stdexcept>
 #include <thread>
 
 #include <gtest/gtest.h>
 
 #include "tests/sim/Client.h"
+#include "tests/sim/Peers.h"
 
 using simtest::Client;
 
@@ -77,4 +79,66 @@ TEST(Device, ANewSwitchRemembersNothingOfTheOldOne) {
     EXPECT_EQ(device->adminModeHolder(), 0U);
     EXPECT_TRUE(device->records().empty());
     EXPECT_EQ(device->connectionCount(), 0U);
+}
+
+TEST(Device, ClockRunsWhenItIsToldTo) {
+    const auto device = sim::create();
+    EXPECT_EQ(device->uptime(), 3600);
+    device->passTime(std::chrono::seconds(11));
+    device->passTime(std::chrono::hours(24));
+    EXPECT_EQ(device->uptime(), 3600 + 11 + 86400);
+    device->passTime(std::chrono::seconds(0));
+    EXPECT_THROW(device->passTime(std::chrono::seconds(-1)), std::invalid_argument);
+    EXPECT_EQ(device->uptime(), 3600 + 11 + 86400);
+    EXPECT_EQ(sim::create()->uptime(), 3600);
+}
+
+TEST(Device, ClockStopsAtTheLastTimeItCanTell) {
+    const auto device = sim::create();
+    device->passTime(std::chrono::seconds::max());
+    EXPECT_EQ(device->uptime(), std::numeric_limits<long>::max());
+    device->passTime(std::chrono::seconds(1));
+    EXPECT_EQ(device->uptime(), std::numeric_limits<long>::max());
+}
+
+TEST(Device, NotificationsOfOneChangeStayTogether) {
+    const auto device = sim::create();
+    Client client;
+    ASSERT_EQ(client.registerFor({1, 7}), 0);
+    const auto flap = [&device](unsigned domain) {
+        device->addPeer(simtest::peerOf(domain));
+        for (int i = 0; i < 200; ++i) {
+            device->connect(simtest::linkOf(1, domain, domain, 0));
+            device->disconnect(simtest::linkOf(1, domain, domain, 0));
+        }
+    };
+    std::thread other(flap, 16);
+    flap(17);
+    other.join();
+    const std::vector<int32_t> codes = client.codes(*device);
+    std::vector<int32_t> pairs;
+    for (int i = 0; i < 800; ++i)
+        pairs.insert(pairs.end(), {7, 1});
+    EXPECT_EQ(codes, pairs);
+}
+
+TEST(Device, ABatchSeesOneStateOfTheFabric) {
+    const auto device = sim::create();
+    const Client client;
+    device->addPeer(simtest::peerOf(2));
+    std::thread flaps([&device] {
+        for (int i = 0; i < 300; ++i) {
+            device->connect(simtest::linkOf(1, 16, 2, 0));
+            device->disconnect(simtest::linkOf(1, 16, 2, 0));
+        }
+    });
+    for (int i = 0; i < 300; ++i) {
+        const std::vector<SmlMessage> messages =
+            client.getBatch({"Oper.Eport.LsdbRecord.1.NumberOfLinks", "Oper.Eport.LsdbRecord.1.Link.0.LocalPort",
+                             "Oper.TopologyAll.2.PortEntries"});
+        const bool isLinked = std::string(messages[0].value) == "1";
+        EXPECT_EQ(messages[1].status, isLinked ? 0 : simtest::kNoSuchKey);
+        EXPECT_EQ(messages[2].status, isLinked ? 0 : simtest::kNoSuchKey);
+    }
+    flaps.join();
 }

@@ -84,6 +84,10 @@ TEST_P(EveryProfile, IsHealthyAndAloneInItsFabric) {
     EXPECT_EQ(device->get("Oper.UserPort.0." + std::to_string(std::stoi(GetParam().ports) - 1) + ".OperState"),
               "Offline");
     EXPECT_EQ(device->get("Oper.Switch.FirstPotentialUser"), "admin");
+    EXPECT_EQ(device->get("Oper.Eport.LsdbRecordList.255"), "1");
+    EXPECT_TRUE(device->peers().empty());
+    EXPECT_TRUE(device->links().empty());
+    EXPECT_EQ(device->nameServer().size(), static_cast<size_t>(std::stoi(GetParam().ports) * 2 / 3));
 }
 
 TEST(Profile, DirectorHasItsBladesInTheirSlotsAnIoBladeLast) {
@@ -100,7 +104,8 @@ TEST(Profile, UnknownOneIsRefusedNamingTheKnown) {
         FAIL() << "made a switch of an unknown profile";
     } catch (const std::invalid_argument &error) {
         EXPECT_STREQ(error.what(),
-                     "no switch profile 'director'; there are: fixed-24 director-8 fixed-128 claims-200 second-naming");
+                     "no switch profile 'director'; there are: fixed-24 director-8 fixed-128 claims-200 second-naming "
+                     "fabric-2 fabric-12 fabric-60");
     }
     EXPECT_THROW(sim::create(nullptr), std::invalid_argument);
     EXPECT_THROW(sim::create(""), std::invalid_argument);

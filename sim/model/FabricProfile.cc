@@ -1,0 +1,107 @@
+#include "sim/model/FabricProfile.h"
+
+#include <algorithm>
+#include <cstdio>
+
+#include "sim/model/NameServer.h"
+
+namespace sim {
+
+namespace {
+
+constexpr unsigned kEdgePorts = 24;
+constexpr unsigned kCorePorts = 64;
+constexpr unsigned kFirstUplink = 16; // of an edge, after the ports with devices
+
+/// Devices have adapters of one company, told apart by where they are.
+NameServerEntry deviceAt(const std::string &switchWwn, unsigned domain, unsigned port) {
+    char serial[9];
+    std::snprintf(serial, sizeof serial, "FF%02X%02X01", domain & 0xFF, port & 0xFF);
+    return {switchWwn, port, std::string("20000024") + serial, std::string("21000024") + serial};
+}
+
+std::string edgeOrCoreName(unsigned switches, unsigned domain) {
+    // One edge was bought elsewhere.
+    const char *format = switches == 12 && domain == switches ? "2000000DEC%02uA0%02X" : "100000C0DD%02uA0%02X";
+    char name[17];
+    std::snprintf(name, sizeof name, format, switches % 100, domain & 0xFF);
+    return name;
+}
+
+void addEdge(Switch &device, const std::string &wwn, unsigned domain) {
+    Peer edge;
+    edge.wwn = wwn;
+    edge.domain = domain;
+    edge.ports = kEdgePorts;
+    addPeer(device, edge);
+    for (unsigned port = 0; port < kFirstUplink; ++port)
+        logIn(device, deviceAt(wwn, domain, port));
+}
+
+/// Cores, the first of which wants to be the principal, all linked with each other. The ports used are counted.
+void addCores(Switch &device, const std::vector<std::string> &names, std::vector<unsigned> &nextPorts) {
+    for (unsigned i = 0; i < names.size(); ++i) {
+        Peer core;
+        core.wwn = names[i];
+        core.domain = i + 1;
+        core.priority = i == 0 ? 1 : 2;
+        core.ports = kCorePorts;
+        addPeer(device, core);
+        for (unsigned other = 0; other < i; ++other)
+            connect(device, {names[other], nextPorts[other]++, names[i], nextPorts[i]++});
+    }
+}
+
+/// A port of the local switch carries a link now.
+void useForLink(UserPort &port) {
+    port.operState = "Online";
+    port.type = "E";
+}
+
+} // namespace
+
+void joinTwin(Switch &device) {
+    std::string twin = device.identity.wwn;
+    ++twin.back();
+    addEdge(device, twin, device.identity.domainId + 1);
+    useForLink(device.ports[kFirstUplink]);
+    connect(device, {device.identity.wwn, kFirstUplink, twin, kFirstUplink});
+}
+
+void joinCoreAndEdge(Switch &device, unsigned switches, unsigned cores) {
+    constexpr unsigned uplinks = 2;
+    device.identity.domainId = cores + 1;
+    device.identity.wwn = edgeOrCoreName(switches, device.identity.domainId);
+    device.identity.principal = device.identity.wwn;
+    std::vector<std::string> names(cores);
+    for (unsigned core = 0; core < cores; ++core)
+        names[core] = edgeOrCoreName(switches, core + 1);
+    std::vector<unsigned> nextPorts(cores, 0);
+    addCores(device, names, nextPorts);
+    for (unsigned edge = 0; edge < switches - cores; ++edge) {
+        const unsigned domain = cores + 1 + edge;
+        const std::string name = edgeOrCoreName(switches, domain);
+        if (domain != device.identity.domainId)
+            addEdge(device, name, domain);
+        for (unsigned uplink = 0; uplink < uplinks; ++uplink) {
+            const unsigned core = (edge + uplink) % cores;
+            connect(device, {name, kFirstUplink + uplink, names[core], nextPorts[core]++});
+        }
+    }
+    for (unsigned uplink = 0; uplink < uplinks; ++uplink)
+        useForLink(device.ports[kFirstUplink + uplink]);
+}
+
+void logInDevices(Switch &device) {
+    const std::vector<Link> links = linksOf(device);
+    const std::string &name = device.identity.wwn;
+    for (unsigned port = 0; port < device.ports.size(); ++port) {
+        const bool hasLink = std::any_of(links.begin(), links.end(), [&](const Link &link) {
+            return (link.wwn == name && link.port == port) || (link.otherWwn == name && link.otherPort == port);
+        });
+        if (device.ports[port].operState == "Online" && !hasLink)
+            logIn(device, deviceAt(name, device.identity.domainId, port));
+    }
+}
+
+} // namespace sim

@@ -1,0 +1,16 @@
+/*
+ * The ports of the fabric's switches, as its management server lists them. Thread-safe: a constant table; the switch is
+ * guarded by its owner.
+ */
+#ifndef SIM_MODEL_TOPOLOGYENTRIES_H
+#define SIM_MODEL_TOPOLOGYENTRIES_H
+
+#include "sim/tree/Row.h"
+
+namespace sim {
+
+Rows topologyEntriesRows();
+
+} // namespace sim
+
+#endif // SIM_MODEL_TOPOLOGYENTRIES_H
