@@ -214,6 +214,12 @@ public:
     bool _getAcctInfo();
     bool _getFabricInfo();
     bool _getZoningInfo();
+    /// The fabric's refresh in its three parts: its name, its switches, the other switches' ports.
+    bool _load_fabric_info();
+    bool _load_switch_domain_list();
+    bool _load_mserver_ports();
+    /// Splits a list of the switch at its commas. Empty pieces are left out, but for what stands after the last comma.
+    std::vector<std::string> _parseSMLList(std::string list);
 
     // ---- state texts of the switch to CIM values (translate.cc) --------------------------------------
 
@@ -272,6 +278,16 @@ private:
     bool _walkAccounts(int32_t &end);
     void _tellAccountChanges();
 
+    bool _validateDomain(const std::string &domain);
+    void _enterRemoteSwitch(const Wwn &wwn, unsigned char domain, const std::string &text);
+    void _sweepStaleSwitches();
+    void _tellMembershipChanges();
+    void _tellJoinsAndDepartures(const std::vector<Wwn> &switches);
+    void _tellFabricReplaced(const std::vector<Wwn> &switches);
+    bool _isStillThere(const Wwn &name, const std::vector<Wwn> &switches) const;
+    bool _loadSwitchPorts(SwitchCache &remote) const;
+    bool _loadSwitchPort(SwitchCache &remote, unsigned number) const;
+
     int _nextUsablePort(unsigned from, unsigned end) const;
     Wwn _remotePortName(const Wwn &switchWwn, unsigned short index) const;
     unsigned short _localPortIndex(const Wwn &portWwn) const;
@@ -322,7 +338,10 @@ private:
     PortsPicture _prevPorts;
     std::vector<std::string> _users;
     std::vector<std::string> _oldUsers;
-    mutable FabricCache _fabric; // queries hand out what clients may change under the lock
+    mutable FabricCache _fabric;     // queries hand out what clients may change under the lock
+    bool _fabricInitialized = false; // the fabric has been read once, so that the next refresh has something to compare
+    std::vector<Wwn> _origFabric;    // its switches and its name as the refresh before left them
+    Wwn _origFabricName;
     std::array<Transceiver, kPortSlots> _transceivers;
 
     // the pass itself

@@ -1,6 +1,7 @@
 #include "datacache/FabricCache.h"
 
 #include <limits>
+#include <memory>
 
 #include "common/numbers.h"
 #include "foundation/cim_log.h"
@@ -142,6 +143,14 @@ SwitchCache *FabricCache::getSwitchByWwn(const std::string &text) const {
 
 SwitchCache *FabricCache::getSwitchByPortWwn(const std::string &text) const {
     return itemOf(findFirst(_switches, [&text](const SwitchCache &item) { return !item.getPortByWwn(text).isNull(); }));
+}
+
+SwitchCache &FabricCache::addSwitch(const Wwn &wwn) {
+    auto added = std::make_unique<SwitchCache>();
+    added->_wwn = wwn;
+    Element<SwitchCache> *element = Element<SwitchCache>::alloc(added.get(), true);
+    _switches.add(element);
+    return *added.release(); // the element owns it now
 }
 
 Element<SwitchCache> *FabricCache::findSwitchCacheElement(unsigned char domainId) const {

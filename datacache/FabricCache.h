@@ -107,7 +107,10 @@ public:
     /// The first switch that has a port of this name.
     SwitchCache *getSwitchByPortWwn(const std::string &text) const;
 
-    /// The list elements themselves, for the refreshes that add, replace and delete switches.
+    /// Adds a switch of this name at the end of the list, which owns it.
+    SwitchCache &addSwitch(const Wwn &wwn);
+
+    /// The list elements themselves, for the refreshes that find and delete switches.
     Element<SwitchCache> *findSwitchCacheElement(unsigned char domainId) const;
     Element<SwitchCache> *findSwitchCacheElement(const Wwn &wwn) const;
 

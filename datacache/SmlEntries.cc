@@ -24,7 +24,7 @@ int SmlEntries::add(const char *format, ...) {
 }
 
 bool SmlEntries::get(zov_handle_t handle) {
-    return read(handle) && isErrors(shared_entries.data(), _count) == 0;
+    return read(handle) && !hasErrors();
 }
 
 bool SmlEntries::read(zov_handle_t handle) {
@@ -33,6 +33,10 @@ bool SmlEntries::read(zov_handle_t handle) {
     for (int row = 0; row < _count; ++row)
         shared_entries[static_cast<size_t>(row)].value[sizeof(SmlMessage::value) - 1] = '\0';
     return result == 0;
+}
+
+bool SmlEntries::hasErrors() const {
+    return isErrors(shared_entries.data(), _count) != 0;
 }
 
 SmlEntry SmlEntries::operator[](int row) const {

@@ -49,6 +49,9 @@ public:
     /// The same, but keys may fail: false only when the exchange did.
     bool read(zov_handle_t handle);
 
+    /// Whether the answer to any key was a failure; the access layer logs the first.
+    bool hasErrors() const;
+
     /// The answer in a row that add() gave.
     SmlEntry operator[](int row) const;
 

@@ -91,6 +91,31 @@ DATACACHE_EXPORT int32_t zov_smlBatchSet(zov_handle_t handle, SmlMessage *messag
 /* The same for the CIM configuration, which needs no activation. */
 DATACACHE_EXPORT int32_t zov_smlBatchCimSet(zov_handle_t handle, SmlMessage *messages, int32_t count);
 
+/* ---- walks over the fabric ----------------------------------------------------------------------- */
+
+/* Walks read one key a call. A walk begins with a "first" function and goes on with a "next" function, given the
+   identifier that the call before returned; it ends when a call fails. Texts are put into the keys as they are; a key
+   is cut to 255 characters, a null text counts as empty.
+
+   Each returns `dst`, which must have room for 256 bytes and holds the text then, or null when the read failed or `dst`
+   is null: then `dst` is untouched. A record or an entry and `dst` may be the same. Nothing is logged but by isErrors(),
+   so the end of a walk, status 24, is silent. */
+
+/* The records of the link-state database, by their identifiers: a switch's domain ID each. */
+DATACACHE_EXPORT char *get_first_lsdb_record(char *dst);
+DATACACHE_EXPORT char *get_next_lsdb_record(const char *record, char *dst);
+
+/* The number of links in a record, 0 for a value that is no number; -1 when the read failed. */
+DATACACHE_EXPORT int get_lsdb_record_link_count(const char *record);
+
+/* The two ends of a link, counted from 0 as decimal text: the port of the record's switch, and the neighbour. */
+DATACACHE_EXPORT char *get_lsdb_record_link_local_information(const char *record, const char *link, char *dst);
+DATACACHE_EXPORT char *get_lsdb_record_link_remote_information(const char *record, const char *link, char *dst);
+
+/* The name-server entries under a scope (a domain ID), by their identifiers. */
+DATACACHE_EXPORT char *get_first_attached_port(const char *scope, char *dst);
+DATACACHE_EXPORT char *get_next_attached_port(const char *scope, const char *entry, char *dst);
+
 #ifdef __cplusplus
 } /* extern "C" */
 #endif

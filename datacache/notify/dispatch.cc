@@ -2,6 +2,7 @@
 #include <cstdio>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "datacache/DataCache.h"
 #include "datacache/notify/codes.h"
@@ -48,6 +49,22 @@ std::string voltageSensor(const std::string &text, const char *outOfRange) {
     return sensorBefore(text, outOfRange);
 }
 
+/// The port names in a text of name-server entries: the third fields of entries that ";" separates. The commas before
+/// a third field are looked for without regard to ";".
+std::vector<std::string> portNamesIn(const std::string &text) {
+    std::vector<std::string> names;
+    for (std::size_t entry = 0; entry != std::string::npos;) {
+        const std::size_t first = text.find(',', entry);
+        const std::size_t second = first == std::string::npos ? first : text.find(',', first + 1);
+        if (second == std::string::npos)
+            break;
+        const std::size_t end = text.find(';', second + 1);
+        names.push_back(text.substr(second + 1, end == std::string::npos ? end : end - second - 1));
+        entry = end == std::string::npos ? end : end + 1;
+    }
+    return names;
+}
+
 } // namespace
 
 /// What each notification code leads to.
@@ -73,6 +90,10 @@ struct DataCache::Dispatch {
         cache.updateBlades();
         cache.updatePorts();
     }
+
+    static void refreshFabric(DataCache &cache, const zov_event_s & /*event*/) { cache.updateFabric(); }
+
+    static void refreshZoning(DataCache &cache, const zov_event_s & /*event*/) { cache.updateZoning(); }
 
     static void refreshAccounts(DataCache &cache, const zov_event_s & /*event*/) { cache.updateAccounts(); }
 
@@ -120,7 +141,14 @@ struct DataCache::Dispatch {
     static void insertMedia(DataCache &cache, const zov_event_s &event);
     static void removeMedia(DataCache &cache, const zov_event_s &event);
 
-    static const std::array<Row, 19> rows;
+    /// The devices that logged in to the fabric's name server, or out of it.
+    template <class PortEvent> static void tellNameServerEntries(DataCache &cache, const zov_event_s &event) {
+        constexpr unsigned char nameServer = 1;
+        for (const std::string &port : portNamesIn(notification::textOf(event)))
+            cache._deliver(PortEvent(cache.getFabric(1)->getFabricWorldWideName(), port, nameServer));
+    }
+
+    static const std::array<Row, 24> rows;
 
 private:
     static void setTransceiver(DataCache &cache, int port, Transceiver transceiver) {
@@ -134,7 +162,10 @@ private:
 };
 
 // clang-format off
-const std::array<DataCache::Dispatch::Row, 19> DataCache::Dispatch::rows{{
+const std::array<DataCache::Dispatch::Row, 24> DataCache::Dispatch::rows{{
+    {1, refreshFabric},
+    {3, refreshZoning},
+    {7, refreshFabric},
     {14, refreshPort},
     {15, refreshPort},
     {28, refreshBlades},
@@ -153,6 +184,8 @@ const std::array<DataCache::Dispatch::Row, 19> DataCache::Dispatch::rows{{
     {76, insertMedia},
     {77, removeMedia},
     {78, tellCimChange},
+    {79, tellNameServerEntries<DCEventPortAdd>},
+    {80, tellNameServerEntries<DCEventPortRemove>},
     {82, refreshFaults},
 }};
 // clang-format on

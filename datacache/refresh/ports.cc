@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <memory>
 
 #include "common/numbers.h"
 #include "datacache/DataCache.h"
@@ -120,17 +119,12 @@ bool DataCache::_processPort0Wwn() {
 }
 
 void DataCache::_enterLocalSwitch(unsigned char domain) {
-    Element<SwitchCache> *element = _fabric.findSwitchCacheElement(_switch.wwn);
+    const Element<SwitchCache> *element = _fabric.findSwitchCacheElement(_switch.wwn);
+    SwitchCache &local = element != nullptr ? *element->item() : _fabric.addSwitch(_switch.wwn);
     if (element == nullptr) {
-        auto local = std::make_unique<SwitchCache>();
-        local->_wwn = _switch.wwn;
-        local->_port_wwn = _ports.port0Wwn;
-        local->_local = 1;
-        element = Element<SwitchCache>::alloc(local.get(), true);
-        local.release(); // NOLINT(bugprone-unused-return-value): the element owns it now
-        _fabric._switches.add(element);
+        local._port_wwn = _ports.port0Wwn;
+        local._local = 1;
     }
-    SwitchCache &local = *element->item();
     local._domain_id = domain;
     local._num_ports = 0;
     local._stale = 0;

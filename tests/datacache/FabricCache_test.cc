@@ -337,6 +337,17 @@ TEST_F(FabricTest, FindsASwitchByName) {
     EXPECT_EQ(support::readFile(support::kMainLog), "");
 }
 
+TEST(FabricCacheTest, AnAddedSwitchComesLastAndIsItsOwn) {
+    FabricCache fabric;
+    SwitchCache &first = fabric.addSwitch(nameOf(kSwitch));
+    SwitchCache &second = fabric.addSwitch(nameOf(kCisco));
+    EXPECT_EQ(first.getWwn(), kSwitch);
+    EXPECT_EQ(fabric.getFirstSwitch(), &first);
+    EXPECT_EQ(fabric.getNextSwitch(&first), &second);
+    EXPECT_EQ(fabric.getSwitchCount(), 2);
+    EXPECT_TRUE(fabric.findSwitchCacheElement(second._wwn)->delete_item());
+}
+
 TEST(FabricCacheTest, ItsEndIsTheEndOfEverySwitchWhoeverOwnsIt) {
     for (const bool owned : {true, false}) {
         auto fabric = std::make_unique<FabricCache>();

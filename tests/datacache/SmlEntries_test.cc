@@ -166,6 +166,25 @@ TEST(SmlEntries, AFailedKeyFailsAndTheFirstIsLogged) {
     EXPECT_THAT(support::messagesSince(mark), ElementsAre("DCACHE: sml command='second', smlerror='0x1f'"));
 }
 
+TEST(SmlEntries, AnswersCanBeScannedAgain) {
+    int32_t status = 31;
+    answer = [&status](zov_handle_t, SmlMessage *messages, int32_t) {
+        put(messages[0], "", status);
+        return 0;
+    };
+    const std::size_t mark = support::logMark();
+    SmlEntries entries;
+    entries.add("first");
+    EXPECT_TRUE(entries.read(1));
+    EXPECT_TRUE(entries.hasErrors());
+    EXPECT_TRUE(entries.hasErrors());
+    EXPECT_THAT(support::messagesSince(mark), ElementsAre("DCACHE: sml command='first', smlerror='0x1f'",
+                                                          "DCACHE: sml command='first', smlerror='0x1f'"));
+    status = 0;
+    EXPECT_TRUE(entries.read(1));
+    EXPECT_FALSE(entries.hasErrors());
+}
+
 TEST(SmlEntries, TheEndOfAListFailsSilently) {
     answer = [](zov_handle_t, SmlMessage *messages, int32_t) {
         put(messages[0], "", 24);

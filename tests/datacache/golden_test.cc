@@ -96,9 +96,16 @@ TEST_F(Golden, ColdStart) {
                            "DCACHE: Updating accounts cache",
                            "DCACHE: _getAcctInfo()",
                            "DCACHE: Updating fabric cache",
+                           "DCACHE: _load_fabric_info()",
+                           "DCACHE: Initializing _origFabric with 100000C0DD00A1B2",
+                           "DCACHE: _load_switch_domain_list()",
+                           "DCACHE: LsdbRecordList: 1",
+                           "DCACHE: Validating domainID 1",
+                           "DCACHE: _load_switch_domain_list() - skip local switch 100000C0DD00A1B2",
+                           "DCACHE: _load_mserver_ports()",
+                           "DCACHE: _load_mserver_ports - skip local 100000C0DD00A1B2",
                            "DCACHE: Updating zoning cache",
                            "DCACHE: Updating zoning cache (Done)",
-                           "DCACHE: _fabricOK = false",
                            "DCACHE: _zoningOK = false",
                            "DCACHE: (EVAL) Cache update failed or incomplete",
                        }));
@@ -153,6 +160,11 @@ TEST_F(Golden, ColdStart) {
             R"(zov_smlGetBatch(2) = 0: Oper.Switch.NextPotentialUser.admin="operator")",
             R"(zov_smlGetBatch(2) = 0: Oper.Switch.NextPotentialUser.operator="monitor")",
             R"(zov_smlGetBatch(2) = 0: Oper.Switch.NextPotentialUser.monitor="" status 24)",
+            R"(zov_smlGetBatch(2) = 0: Oper.Switch.WhoIsPrincipal="100000C0DD00A1B2", )"
+            R"(Oper.Switch.WWN="100000C0DD00A1B2", Oper.Switch.DomainID="1")",
+            R"(zov_smlGetBatch(2) = 0: Oper.Eport.LsdbRecordList.255="1")",
+            R"(zov_smlGetBatch(2) = 0: Oper.Eport.LsdbRecord.1.WWN="100000C0DD00A1B2", )"
+            R"(Oper.Eport.LsdbRecord.1.Hops="0")",
         }));
     EXPECT_THAT(events(), ElementsAre());
 }
@@ -171,10 +183,8 @@ TEST_F(Golden, APowerSupplyFails) {
                            "Oper.Chassis.0.PowerSupply.1 is now Bad",
                            "DCACHE: Updating chassis cache",
                            "DCACHE: _getChassisInfo()",
-                           "DCACHE: Updating fabric cache",
                            "DCACHE: Updating zoning cache",
                            "DCACHE: Updating zoning cache (Done)",
-                           "DCACHE: _fabricOK = false",
                            "DCACHE: _zoningOK = false",
                        }));
     EXPECT_THAT(

@@ -4,10 +4,13 @@
 
 namespace support {
 
-CacheTest::CacheTest() = default;
+CacheTest::CacheTest() {
+    setUptimeSource([this] { return theSwitch->uptime(); });
+}
 
 // Takes the switch off the wire while what its notifications reach is still there.
 CacheTest::~CacheTest() {
+    setUptime(theSwitch ? theSwitch->uptime() : 0);
     theSwitch.reset();
 }
 

@@ -1,6 +1,6 @@
 /*
  * The setting of most tests: a simulated switch and a cache connected to it, without an EVAL thread. The test runs the
- * passes itself.
+ * passes itself. The host's uptime is the switch's.
  */
 #ifndef TESTS_SUPPORT_CACHETEST_H
 #define TESTS_SUPPORT_CACHETEST_H

@@ -45,6 +45,20 @@ std::string describe(const DataCacheEvent &event) {
         return words<typename decltype(known)::Event>(event, text, fields);
     };
     static_cast<void>(
+        is(Class<DCEventFabricAdd>(),
+           [&](const auto &e) { return fmt::format("FabricAdd fabric={}", name(e.fabricWwn)); }) ||
+        is(Class<DCEventFabricRemove>(),
+           [&](const auto &e) { return fmt::format("FabricRemove fabric={}", name(e.fabricWwn)); }) ||
+        is(Class<DCEventFabricChange>(),
+           [&](const auto &e) { return fmt::format("FabricChange fabric={} added={}", name(e.fabricWwn), e.added); }) ||
+        is(Class<DCEventSwitchAdd>(),
+           [&](const auto &e) {
+               return fmt::format("SwitchAdd fabric={} switch={}", name(e.fabricWwn), name(e.switchWwn));
+           }) ||
+        is(Class<DCEventSwitchRemove>(),
+           [&](const auto &e) {
+               return fmt::format("SwitchRemove fabric={} switch={}", name(e.fabricWwn), name(e.switchWwn));
+           }) ||
         is(Class<DCEventSwitchStatusChange>(),
            [&](const auto &e) {
                return fmt::format("SwitchStatusChange switch={} principal={} {}->{}", name(e.switchWwn),

@@ -1,20 +1,36 @@
 #include "tests/support/Uptime.h"
 
-#include <atomic>
+#include <mutex>
+#include <utility>
 
 #include "platform/host.h"
 
 namespace {
 
-std::atomic<long> now{1000};
+/// Never destroyed: the EVAL thread may still ask while the process exits.
+struct Clock {
+    std::mutex mutex;
+    std::function<long()> source = [] { return 1000L; };
+};
+
+Clock &clockOfTheHost() {
+    static auto *theOne = new Clock;
+    return *theOne;
+}
 
 } // namespace
 
 void support::setUptime(long seconds) {
-    now = seconds;
+    setUptimeSource([seconds] { return seconds; });
+}
+
+void support::setUptimeSource(std::function<long()> source) {
+    const std::lock_guard<std::mutex> lock(clockOfTheHost().mutex);
+    clockOfTheHost().source = std::move(source);
 }
 
 extern "C" int uptime(long *seconds) {
-    *seconds = now;
+    const std::lock_guard<std::mutex> lock(clockOfTheHost().mutex);
+    *seconds = clockOfTheHost().source();
     return 0;
 }
