@@ -214,11 +214,14 @@ public:
     bool _getAcctInfo();
     bool _getFabricInfo();
     bool _getZoningInfo();
-    /// The fabric's refresh in its three parts: its name, its switches, the other switches' ports.
+    /// The fabric's refresh in its three parts: its name, its switches, the other switches' ports. The switch lists the
+    /// fabric's domains in one value of at most 255 characters: domains 1 to 88 fill it, and whatever a switch leaves
+    /// out is not in the picture.
     bool _load_fabric_info();
     bool _load_switch_domain_list();
     bool _load_mserver_ports();
-    /// Splits a list of the switch at its commas. Empty pieces are left out, but for what stands after the last comma.
+    /// Splits a list of the switch at its commas. Empty pieces are left out, but for what stands after the last comma;
+    /// the empty text has no pieces.
     std::vector<std::string> _parseSMLList(std::string list);
 
     // ---- state texts of the switch to CIM values (translate.cc) --------------------------------------
@@ -240,7 +243,8 @@ public:
     /// Appends a record made with `new` to the queue, which owns it from then on. Does not wake the EVAL thread.
     void queueZovlibEvent(zov_event_s *record);
     /// Queues a made-up notification; a null source counts as zeros, a null text as empty; text is cut to 1395
-    /// characters. Does not wake the EVAL thread: the record waits for the next pass.
+    /// characters. Does not wake the EVAL thread: the record waits for the next pass, or, when the callback calls this
+    /// while notifications are dispatched, for its turn in the same pass.
     void zovlibEventKick(zov_eventcode_e code, zov_eventsource_s *source, const char *text);
     /// Name of a notification code, "ZOV_EVENT_OTHER" for one that has none.
     static const char *_tagToString(int code);
@@ -340,7 +344,7 @@ private:
     std::vector<std::string> _oldUsers;
     mutable FabricCache _fabric;     // queries hand out what clients may change under the lock
     bool _fabricInitialized = false; // the fabric has been read once, so that the next refresh has something to compare
-    std::vector<Wwn> _origFabric;    // its switches and its name as the refresh before left them
+    std::vector<Wwn> _origFabric;    // its switches and its name as this refresh found them
     Wwn _origFabricName;
     std::array<Transceiver, kPortSlots> _transceivers;
 

@@ -7,6 +7,9 @@
  * needs. The callback runs on the evaluation thread with the cache's recursive lock held, so it may call
  * the cache's public operations, and everybody else waits until it returns: keep it short.
  *
+ * A callback should not throw. A `char const *` ends the pass: a notification whose event it came from is dispatched
+ * again by the next pass, while the events that a refresh had still to tell may be lost. Anything else ends the process.
+ *
  * Status lists hold values of the CIM property OperationalStatus, the primary one first; values from
  * 32768 up are the vendor's fault markers.
  */
@@ -38,6 +41,9 @@ protected:
 
 // ---- fabric -----------------------------------------------------------------------------------------
 
+// A fabric is known by the name of its principal switch. Changes are told from the second complete reading of the fabric
+// on: the first one tells nothing, and is what the second is compared with.
+
 /// Type 1: the switch is now part of this fabric.
 class DATACACHE_EXPORT DCEventFabricAdd : public DataCacheEvent {
 public:
@@ -56,7 +62,8 @@ public:
     Wwn fabricWwn;
 };
 
-/// Type 3: switches joined (added) or left the fabric.
+/// Type 3: switches joined (added) or left the fabric. A fabric that fell apart is named as it was before; one that
+/// merged with another, by the name it has now.
 class DATACACHE_EXPORT DCEventFabricChange : public DataCacheEvent {
 public:
     DCEventFabricChange(const Wwn &fabric, bool switchesAdded);
@@ -66,7 +73,8 @@ public:
     bool added;
 };
 
-/// Type 4: a switch joined the fabric.
+/// Type 4: a switch joined the fabric; or the fabric has another name now, and this switch, known before, is in it. Of a
+/// switch that comes along with another name of the fabric nothing is told but type 3.
 class DATACACHE_EXPORT DCEventSwitchAdd : public DataCacheEvent {
 public:
     DCEventSwitchAdd(const Wwn &fabric, const Wwn &theSwitch);

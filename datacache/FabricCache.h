@@ -52,6 +52,7 @@ public:
     std::string getWwn() const { return _wwn.tostring(); }
     unsigned char getDomainID() const { return _domain_id; }
     bool isLocal() const { return _local != 0; }
+    /// Always 2: nothing tells another switch's status.
     unsigned char getStatus() const { return _status; }
 
     /// Walks the ports. A port's successor is looked up by its index; the null port follows the last one.
@@ -72,10 +73,11 @@ public:
     std::array<unsigned short, kMaxPorts> _wwn_portno{}; ///< port number for the name's port field
     std::array<unsigned char, kMaxPorts> _port_index{};  ///< index as the switch library numbers the port
     unsigned char _domain_id = 0;
-    unsigned char _mserver_timeout = 0; ///< its name-server entries could not be read in time: not asked again
-    unsigned char _mserver_errors = 0;  ///< failed reads of its name-server entries
-    unsigned char _stale = 0;           ///< not seen by the fabric refresh that is going on
-    unsigned char _local = 0;           ///< the switch this software runs on
+    unsigned char _mserver_timeout =
+        0; ///< its ports could not be read in time: not asked again while it is in the fabric
+    unsigned char _mserver_errors = 0; ///< refusals in a row to tell its ports
+    unsigned char _stale = 0;          ///< not seen by the fabric refresh that is going on
+    unsigned char _local = 0;          ///< the switch this software runs on
     unsigned char _status = 2;
 
 private:
@@ -93,8 +95,10 @@ public:
     FabricCache(const FabricCache &) = delete;
     FabricCache &operator=(const FabricCache &) = delete;
 
+    /// The name of the principal switch; zero until it has been read.
     Wwn getFabricWorldWideName() const { return _fabric_name; }
     std::string getFabricWwn() const { return _fabric_name.tostring(); }
+    /// Always 0 once the fabric has been read.
     uint32_t getOperatingMode() const { return _operating_mode; }
     unsigned short getSwitchCount() const { return static_cast<unsigned short>(_switches.size()); }
 

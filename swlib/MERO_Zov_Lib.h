@@ -3,15 +3,15 @@
  *
  * The switch is a tree of SML keys, dotted texts such as "Oper.Switch.WWN". A read gets keys; a write or a
  * command sets keys, a command carrying its arguments inside its key. This layer adds to the switch library's
- * own calls: growable batches of messages, the scan that tells whether a batch failed, and single gets and
- * sets with printf-style keys.
+ * own calls: growable batches of messages, the scan that tells whether a batch failed, single gets and
+ * sets with printf-style keys, and walks over the fabric.
  *
  * Thread-safety: the layer has no locks. Different threads may use it at the same time on different
  * groups and messages; one group or array belongs to one thread at a time.
  *
  * Errors: results are the switch library's, 0 for success. Nothing here throws. What is logged stands
  * with each function. A null group, format or out pointer, and a null array of more than no messages, is refused with
- * result 1; isErrors() finds no errors in one.
+ * result 1; isErrors() finds no errors in one, and functions that hand out a text hand out null.
  *
  * Serves C and C++.
  */

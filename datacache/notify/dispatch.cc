@@ -20,7 +20,7 @@ std::string sensorBetween(const std::string &text, std::size_t from, std::size_t
     return text.substr(from, to - from) + " sensor";
 }
 
-/// The sensor of "... ) ..... NAME ..... <phrase>": a fixed number of characters stands on either side of its name.
+/// The sensor of "...)-----NAME------<phrase>": five characters before its name and six after it do not count.
 std::string sensorBefore(const std::string &text, const char *phrase) {
     constexpr std::size_t around = 6;
     const std::size_t end = text.find(phrase);
@@ -151,8 +151,8 @@ struct DataCache::Dispatch {
     static const std::array<Row, 24> rows;
 
 private:
-    static void setTransceiver(DataCache &cache, int port, Transceiver transceiver) {
-        if (port >= 0 && port < static_cast<int>(kPortSlots))
+    static void setTransceiver(DataCache &cache, long long port, Transceiver transceiver) {
+        if (port >= 0 && port < static_cast<long long>(kPortSlots))
             cache._transceivers[static_cast<std::size_t>(port)] = std::move(transceiver);
     }
 
@@ -193,15 +193,16 @@ const std::array<DataCache::Dispatch::Row, 24> DataCache::Dispatch::rows{{
 void DataCache::Dispatch::insertMedia(DataCache &cache, const zov_event_s &event) {
     constexpr int wanted = 8;
     const std::string text = notification::textOf(event);
-    std::array<int, 3> unused{};
-    int port = 0;
-    int present = 0;
-    int code = 0;
+    std::array<long long, 3> unused{};
+    long long port = 0;
+    long long present = 0;
+    long long code = 0;
     std::array<char, 17> serial{};
-    int format = 0;
-    // NOLINTNEXTLINE(cert-err34-c): a number out of range is as good as any other here, the count of items decides
-    const int items = std::sscanf(text.c_str(), "%d;%d;%d;%d;%d;%d;%16s;%d", &unused[0], &unused[1], &unused[2], &port,
-                                  &present, &code, serial.data(), &format);
+    long long format = 0;
+    // A serial number is filled up to 16 characters: of a shorter one the rest of the text would be part.
+    // NOLINTNEXTLINE(cert-err34-c): so wide a number keeps out of range what is; the count of items decides
+    const int items = std::sscanf(text.c_str(), "%lld;%lld;%lld;%lld;%lld;%lld;%16s;%lld", &unused[0], &unused[1],
+                                  &unused[2], &port, &present, &code, serial.data(), &format);
     if (items < wanted) {
         cim_log(CIM_LOG_INFO, "DCACHE: ZOV_EVENT_PORT_MEDIA_INSTERTED event only contains %d items, string = '%s'\n",
                 items, text.c_str());
@@ -221,10 +222,10 @@ void DataCache::Dispatch::insertMedia(DataCache &cache, const zov_event_s &event
 void DataCache::Dispatch::removeMedia(DataCache &cache, const zov_event_s &event) {
     constexpr int wanted = 4;
     const std::string text = notification::textOf(event);
-    std::array<int, 3> unused{};
-    int port = 0;
-    // NOLINTNEXTLINE(cert-err34-c): a number out of range is as good as any other here, the count of items decides
-    const int items = std::sscanf(text.c_str(), "%d;%d;%d;%d", &unused[0], &unused[1], &unused[2], &port);
+    std::array<long long, 3> unused{};
+    long long port = 0;
+    // NOLINTNEXTLINE(cert-err34-c): as above
+    const int items = std::sscanf(text.c_str(), "%lld;%lld;%lld;%lld", &unused[0], &unused[1], &unused[2], &port);
     if (items < wanted) {
         cim_log(CIM_LOG_INFO, "DCACHE: ZOV_EVENT_PORT_MEDIA_REMOVED event only contains %d items, string = '%s'\n",
                 items, text.c_str());

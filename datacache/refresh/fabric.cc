@@ -68,7 +68,7 @@ bool DataCache::_load_fabric_info() {
     for (const Wwn &name : _origFabric)
         logSwitch("DCACHE: Initializing _origFabric with %s\n", name.tostring());
 
-    if (entries.hasErrors()) {
+    if (entries.hasErrors()) { // the same answers once more; the line tells the two places apart in the field
         cim_log(CIM_LOG_CRIT, "DCACHE: _load_fabric_info() response errors\n");
         return refreshFailed("_load_fabric_info", 2042);
     }
@@ -133,7 +133,7 @@ bool DataCache::_validateDomain(const std::string &domain) {
 
     const std::string text = entries[wwnRow].text();
     const Wwn wwn(text);
-    if (entries[hopsRow].is(kOutOfReach) || entries[wwnRow].failed())
+    if (entries[hopsRow].is(kOutOfReach) || entries[wwnRow].failed()) // the latter has ended the walk already
         logSwitch("DCACHE: _load_switch_domain_list() - skip stale switch, %s\n", text);
     else if (entries[hopsRow].is(kLocal)) // the port refresh enters the local switch
         logSwitch("DCACHE: _load_switch_domain_list() - skip local switch %s\n", text);
@@ -192,18 +192,19 @@ void DataCache::_tellMembershipChanges() {
 
 void DataCache::_tellJoinsAndDepartures(const std::vector<Wwn> &switches) {
     const Wwn fabric = _fabric._fabric_name;
+    const std::vector<Wwn> former = _origFabric; // a callback that refreshes the fabric takes a new snapshot
     cim_log(CIM_LOG_INFO, "DCACHE: _fabric._fabric_name == _origFabricName\n");
     cim_log(CIM_LOG_INFO, "DCACHE: Checking for new switches in the fabric\n");
     bool joined = false;
     for (const Wwn &name : switches) {
         logSwitch("DCACHE: Checking %s\n", name.tostring());
-        if (_fabricContainsWWN(_origFabric, name))
+        if (_fabricContainsWWN(former, name))
             continue;
         _deliver(DCEventSwitchAdd(fabric, name));
         joined = true;
     }
     bool left = false;
-    for (const Wwn &name : _origFabric) {
+    for (const Wwn &name : former) {
         if (_isStillThere(name, switches))
             continue;
         _deliver(DCEventSwitchRemove(fabric, name));

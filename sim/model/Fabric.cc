@@ -78,7 +78,7 @@ bool isEnd(const Link &link, const Place &place) {
 }
 
 Place existingFreePlace(const Switch &device, const std::string &wwn, unsigned port) {
-    const Place place = existingPlace(device, wwn, port);
+    Place place = existingPlace(device, wwn, port);
     for (const Link &link : device.fabric.links)
         if (isEnd(link, place))
             refuse("port " + std::to_string(port) + " of switch " + wwn + " has a link already");

@@ -34,8 +34,6 @@ void addEdge(Switch &device, const std::string &wwn, unsigned domain) {
     edge.domain = domain;
     edge.ports = kEdgePorts;
     addPeer(device, edge);
-    for (unsigned port = 0; port < kFirstUplink; ++port)
-        logIn(device, deviceAt(wwn, domain, port));
 }
 
 /// Cores, the first of which wants to be the principal, all linked with each other. The ports used are counted.
@@ -69,7 +67,6 @@ void joinTwin(Switch &device) {
 }
 
 void joinCoreAndEdge(Switch &device, unsigned switches, unsigned cores) {
-    constexpr unsigned uplinks = 2;
     device.identity.domainId = cores + 1;
     device.identity.wwn = edgeOrCoreName(switches, device.identity.domainId);
     device.identity.principal = device.identity.wwn;
@@ -78,21 +75,24 @@ void joinCoreAndEdge(Switch &device, unsigned switches, unsigned cores) {
         names[core] = edgeOrCoreName(switches, core + 1);
     std::vector<unsigned> nextPorts(cores, 0);
     addCores(device, names, nextPorts);
-    for (unsigned edge = 0; edge < switches - cores; ++edge) {
-        const unsigned domain = cores + 1 + edge;
+    unsigned core = 0;
+    for (unsigned domain = cores + 1; domain <= switches; ++domain) {
         const std::string name = edgeOrCoreName(switches, domain);
         if (domain != device.identity.domainId)
             addEdge(device, name, domain);
-        for (unsigned uplink = 0; uplink < uplinks; ++uplink) {
-            const unsigned core = (edge + uplink) % cores;
-            connect(device, {name, kFirstUplink + uplink, names[core], nextPorts[core]++});
-        }
+        const unsigned otherCore = core + 1 < cores ? core + 1 : 0;
+        connect(device, {name, kFirstUplink, names[core], nextPorts[core]++});
+        connect(device, {name, kFirstUplink + 1, names[otherCore], nextPorts[otherCore]++});
+        core = otherCore; // the edges go round the cores
     }
-    for (unsigned uplink = 0; uplink < uplinks; ++uplink)
-        useForLink(device.ports[kFirstUplink + uplink]);
+    useForLink(device.ports[kFirstUplink]);
+    useForLink(device.ports[kFirstUplink + 1]);
 }
 
 void logInDevices(Switch &device) {
+    for (const Peer &peer : device.fabric.peers)
+        for (unsigned port = 0; peer.ports == kEdgePorts && port < kFirstUplink; ++port)
+            logIn(device, deviceAt(peer.wwn, peer.domain, port));
     const std::vector<Link> links = linksOf(device);
     const std::string &name = device.identity.wwn;
     for (unsigned port = 0; port < device.ports.size(); ++port) {

@@ -15,7 +15,7 @@ void joinTwin(Switch &device);
 /// IDs, the first of them is the principal, and each has a link to every other core; every edge has links to two.
 void joinCoreAndEdge(Switch &device, unsigned switches, unsigned cores);
 
-/// Logs a device in at every port of the switch that is Online and has no link.
+/// Logs a device in at every port of the switch that is Online and has no link, and at the first ports of every edge.
 void logInDevices(Switch &device);
 
 } // namespace sim

@@ -21,7 +21,7 @@ constexpr unsigned kPorts = 256; // the numbers of all ports are below this
 
 constexpr size_t kLongestText = sizeof zov_event_s::text - 1;
 
-/// The device at a port comes first: domain, port, and 0 for the only device there.
+/// The address of the device at a port: the domain, the port, and 0 where a loop would tell its devices apart.
 std::string address(unsigned domain, unsigned port) {
     char text[7];
     std::snprintf(text, sizeof text, "%02X%02X00", domain & 0xFF, port & 0xFF);
@@ -150,6 +150,7 @@ std::vector<NameServerEntry> nameServerOf(const Switch &device) {
         ordered[{anyDomainOf(device, place.first), place.second}] = {nameOf(device, place.first), place.second,
                                                                      entry.nodeWwn, entry.portWwn};
     std::vector<NameServerEntry> entries;
+    entries.reserve(ordered.size());
     for (const auto &[place, entry] : ordered)
         entries.push_back(entry);
     return entries;

@@ -163,6 +163,7 @@ private:
 /// Notifications as "CODE TEXT".
 inline std::vector<std::string> shown(const std::vector<zov_event_s> &events) {
     std::vector<std::string> texts;
+    texts.reserve(events.size());
     for (const zov_event_s &event : events)
         texts.push_back(std::to_string(event.code) + " " + event.text);
     return texts;

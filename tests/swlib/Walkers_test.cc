@@ -181,4 +181,40 @@ TEST_F(Walkers, TheLinkCountIsMinusOneWhenTheReadFails) {
     EXPECT_THAT(log(), ElementsAre("DCACHE: sml command='Oper.Eport.LsdbRecord.7.NumberOfLinks', smlerror='0x5'"));
 }
 
+TEST_F(Walkers, ANegativeResultIsAFailureToo) {
+    for (const Walk &walk : walks()) {
+        answer("not to be used", 0, -1);
+        Buffer dst = untouched();
+        EXPECT_EQ(walk.call(dst.data()), nullptr) << walk.key;
+        EXPECT_STREQ(dst.data(), kUntouched) << walk.key;
+    }
+}
+
+TEST_F(Walkers, AFailedExchangeIsNotScanned) {
+    for (const Walk &walk : walks()) {
+        answer("", 5, 2);
+        Buffer dst = untouched();
+        EXPECT_EQ(walk.call(dst.data()), nullptr) << walk.key;
+    }
+    EXPECT_THAT(log(), IsEmpty());
+}
+
+TEST_F(Walkers, AnAnswerThatWasNeverWrittenIsEmpty) {
+    scripted::getBatch = [](zov_handle_t, SmlMessage *, int32_t) { return 0; };
+    for (const Walk &walk : walks()) {
+        Buffer dst = untouched();
+        EXPECT_EQ(walk.call(dst.data()), dst.data()) << walk.key;
+        EXPECT_STREQ(dst.data(), "") << walk.key;
+    }
+}
+
+TEST_F(Walkers, NothingBehindTheTextIsTouched) {
+    for (const Walk &walk : walks()) {
+        answer("8");
+        Buffer dst = untouched();
+        ASSERT_EQ(walk.call(dst.data()), dst.data()) << walk.key;
+        EXPECT_STREQ(dst.data() + 2, kUntouched + 2) << walk.key;
+    }
+}
+
 } // namespace

@@ -52,10 +52,28 @@ void *openLibrary() {
 TEST(Surface, EveryOperationIsExportedUnderItsPlainName) {
     void *library = openLibrary();
     ASSERT_NE(library, nullptr);
-    for (const char *name :
-         {"zov_smlAllocMsgGroup", "zov_smlAddMsgGroupV", "zov_smlResetMsgGroup", "zov_smlGetMsgGroup",
-          "zov_smlSetMsgGroup", "zov_smlGetResult", "zov_smlFreeMsgGroup", "isErrors", "zov_smlGetV", "zov_smlSetV",
-          "zov_smlBatchSet", "zov_smlBatchCimSet", "hSwitch", "cim_log", "DataCacheLogger"})
+    for (const char *name : {"zov_smlAllocMsgGroup",
+                             "zov_smlAddMsgGroupV",
+                             "zov_smlResetMsgGroup",
+                             "zov_smlGetMsgGroup",
+                             "zov_smlSetMsgGroup",
+                             "zov_smlGetResult",
+                             "zov_smlFreeMsgGroup",
+                             "isErrors",
+                             "zov_smlGetV",
+                             "zov_smlSetV",
+                             "zov_smlBatchSet",
+                             "zov_smlBatchCimSet",
+                             "get_first_lsdb_record",
+                             "get_next_lsdb_record",
+                             "get_lsdb_record_link_count",
+                             "get_lsdb_record_link_local_information",
+                             "get_lsdb_record_link_remote_information",
+                             "get_first_attached_port",
+                             "get_next_attached_port",
+                             "hSwitch",
+                             "cim_log",
+                             "DataCacheLogger"})
         EXPECT_NE(fileOf(dlsym(library, name)).find("libdatacache.so"), std::string::npos) << name;
     dlclose(library);
 }

@@ -78,6 +78,9 @@ TEST(CommandLine, HelpGoesToStdoutAndGivesAnExample) {
         {{"ports", "--help"}, "dcache ports --state offline\n"},
         {{"ports", "show", "--help"}, "dcache ports show 0\n"},
         {{"accounts", "--help"}, "dcache accounts -o json\n"},
+        {{"fabric", "--help"}, "dcache --profile fabric-12 fabric\n"},
+        {{"fabric", "show", "--help"}, "dcache --profile fabric-12 fabric show 1\n"},
+        {{"topology", "--help"}, "dcache --profile fabric-12 topology\n"},
     };
     for (const auto &[arguments, example] : rows) {
         const auto run = runDcache(arguments);
@@ -94,7 +97,10 @@ TEST(CommandLine, HelpFitsEightyColumns) {
                                                                                {"blades", "--help"},
                                                                                {"ports", "--help"},
                                                                                {"ports", "show", "--help"},
-                                                                               {"accounts", "--help"}})
+                                                                               {"accounts", "--help"},
+                                                                               {"fabric", "--help"},
+                                                                               {"fabric", "show", "--help"},
+                                                                               {"topology", "--help"}})
         for (const std::string &line : support::lines(runDcache(arguments).out))
             EXPECT_LE(line.size(), 80u) << line;
 }
@@ -129,6 +135,17 @@ TEST(CommandLine, UsageErrorsExitWithTwoAndKeepStdoutEmpty) {
         {"ports", "--state", "online", "show", "1"},
         {"blades", "0"},
         {"accounts", "admin"},
+        {"fabric", "1"},
+        {"fabric", "show", "x"},
+        {"fabric", "show", "-1"},
+        {"fabric", "show", ""},
+        {"fabric", "show", "1", "2"},
+        {"topology", "1"},
+        {"topology", "--format", "png"},
+        {"topology", "--format"},
+        {"topology", "--format", "dot", "-o", "json"},
+        {"topology", "--format", "text", "-o", "terse"},
+        {"fabric", "--format", "dot"},
         {"--profile", "nosuchprofile", "ports"},
         {"ports", "--profile", ""},
         {"switch", "--profile"},

@@ -161,6 +161,23 @@ TEST(Events, APortOfTheSwitchThatIsWatchedIsToldByItsIndexIfThatIsKnown) {
         << "what logs in to the name server is no port of the switch";
 }
 
+TEST(Events, TheFabricAndTheSwitchThatAreWatchedAreNotNamed) {
+    Surroundings around = kAround;
+    around.ownFabric = kFabric;
+    EXPECT_EQ(wordsOf(DCEventFabricChange(kFabric, true), around), "switches joined the fabric");
+    EXPECT_EQ(wordsOf(DCEventFabricChange(kFabric, false), around), "switches left the fabric");
+    EXPECT_EQ(wordsOf(DCEventSwitchAdd(kFabric, kOther), around), "switch 10:00:00:C0:DD:00:FF:FF joined the fabric");
+    EXPECT_EQ(wordsOf(DCEventSwitchAdd(kFabric, kOwn), around), "this switch joined the fabric");
+    EXPECT_EQ(wordsOf(DCEventSwitchRemove(kFabric, kOther), around), "switch 10:00:00:C0:DD:00:FF:FF left the fabric");
+    EXPECT_EQ(wordsOf(DCEventSwitchRemove(kOther, kOwn), around), "this switch left fabric 10:00:00:C0:DD:00:FF:FF");
+    EXPECT_EQ(wordsOf(DCEventPortAdd(kFabric, kPort, 1), around),
+              "port 20:01:00:C0:DD:00:A1:B2 entered the name server");
+    EXPECT_EQ(wordsOf(DCEventPortRemove(kFabric, kPort, 1), around),
+              "port 20:01:00:C0:DD:00:A1:B2 left the name server");
+    EXPECT_EQ(wordsOf(DCEventFabricAdd(kFabric), around), "now part of fabric 10:00:00:C0:DD:00:00:01")
+        << "which fabric it is now is the news";
+}
+
 TEST(Events, APortStatusThatWasNotReadIsSaidToBeOne) {
     EXPECT_EQ(wordsOf(DCEventPortStatusChange(kOwn, kPort, kFabric, {}, {2})),
               "port 20:01:00:C0:DD:00:A1:B2 went from not read yet to online");

@@ -125,8 +125,6 @@ private:
 
     [[noreturn]] static void become(const Arguments &arguments, Stdout kind, const Environment &environment, int out,
                                     int err) {
-        for (const auto &[name, value] : environment)
-            setVariable(name, value);
         if (kind == Stdout::closed)
             close(STDOUT_FILENO);
         else
@@ -141,8 +139,31 @@ private:
         for (std::string &word : words)
             pointers.push_back(word.data());
         pointers.push_back(nullptr);
-        execvp(pointers[0], pointers.data());
+        // The emulator is looked for on the PATH of this process, whatever the program's own is to be.
+        std::vector<std::string> variables = variablesWith(environment);
+        std::vector<char *> variablePointers;
+        variablePointers.reserve(variables.size() + 1);
+        for (std::string &variable : variables)
+            variablePointers.push_back(variable.data());
+        variablePointers.push_back(nullptr);
+        execvpe(pointers[0], pointers.data(), variablePointers.data());
         _exit(127);
+    }
+
+    /// This process's environment with some variables changed or added.
+    static std::vector<std::string> variablesWith(const Environment &changes) {
+        std::vector<std::string> variables;
+        for (const auto &[name, value] : changes)
+            variables.push_back(name + "=" + value);
+        for (char **variable = environ; *variable != nullptr; ++variable) {
+            const std::string text = *variable;
+            const bool isChanged = std::any_of(changes.begin(), changes.end(), [&text](const auto &change) {
+                return text.rfind(change.first + "=", 0) == 0;
+            });
+            if (!isChanged)
+                variables.push_back(text);
+        }
+        return variables;
     }
 
     static void closeStream(Stream &stream) {

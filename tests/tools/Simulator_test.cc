@@ -34,3 +34,20 @@ TEST(SimulatorLookup, SaysSoWhenTheSimulatedSwitchIsOfAnotherVersion) {
     EXPECT_THAT([] { dcache::makeSimulator("fixed-24", "olderFactory"); },
                 testing::ThrowsMessage<dcache::Failure>(testing::HasSubstr("another version")));
 }
+
+TEST(SimulatorLookup, TheClockOfTheSwitchMadeLastIsTheOneThatCounts) {
+    using std::chrono::seconds;
+    EXPECT_EQ(dcache::simulatedSeconds(), 0) << "there is no switch yet";
+    const auto first = dcache::makeSimulator("fixed-24");
+    EXPECT_EQ(dcache::simulatedSeconds(), 0) << "only what passes from now on counts";
+    first->passTime(seconds(5));
+    EXPECT_EQ(dcache::simulatedSeconds(), 5);
+    {
+        const auto second = dcache::makeSimulator("fixed-24");
+        second->passTime(seconds(7));
+        first->passTime(seconds(100));
+        EXPECT_EQ(dcache::simulatedSeconds(), 7);
+    }
+    EXPECT_EQ(dcache::simulatedSeconds(), 0) << "that switch is gone";
+    first->passTime(seconds(1));
+}

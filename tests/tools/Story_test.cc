@@ -6,13 +6,13 @@
 using namespace dcache;
 
 TEST(Story, TheStoriesAreThereAndAnyOtherNameIsNot) {
-    for (const char *name : {"demo", "blades"}) {
+    for (const char *name : {"demo", "director", "blades"}) {
         ASSERT_NE(findStory(name), nullptr);
         EXPECT_STREQ(findStory(name)->name, name);
     }
     EXPECT_EQ(findStory(""), nullptr);
     EXPECT_EQ(findStory("Demo"), nullptr);
-    EXPECT_THAT(storyNames(), testing::ElementsAre("demo", "blades"));
+    EXPECT_THAT(storyNames(), testing::ElementsAre("demo", "director", "blades"));
 }
 
 TEST(Story, StepsOfEveryStoryAreInOrderAndLeaveTimeToRead) {

@@ -14,7 +14,50 @@ namespace {
 
 const support::Arguments kFastDemo = {"watch", "--story", "demo", "--speed", "20"};
 
-const std::string kDemo = R"(TIME  switch  port 44 comes up
+const std::string kDemo = R"(TIME  switch  port 16 comes up: a cable to another switch
+TIME  event   port 16 went from offline to online
+TIME  switch  that switch joins the fabric
+TIME  event   switch 10:00:00:C0:DD:00:B2:01 joined the fabric
+TIME  event   switches joined the fabric
+TIME  switch  three devices log in at its ports
+TIME  event   port 21:00:00:E0:8B:00:20:00 entered the name server
+TIME  event   port 21:00:00:E0:8B:00:20:01 entered the name server
+TIME  event   port 21:00:00:E0:8B:00:20:02 entered the name server
+TIME  switch  a core switch is linked to it: two fabrics merge
+TIME  event   switches joined the fabric
+TIME  event   no longer part of fabric 10:00:00:C0:DD:00:A1:B2
+TIME  event   this switch joined the fabric
+TIME  event   switch 10:00:00:C0:DD:00:B2:01 joined the fabric
+TIME  switch  a second link between those two comes up
+              (no event: the fabric has the same switches as before)
+TIME  switch  both links fail: the fabric segments
+TIME  event   switches left fabric 10:00:00:C0:DD:00:C0:01
+TIME  event   now part of fabric 10:00:00:C0:DD:00:A1:B2
+TIME  event   this switch joined the fabric
+TIME  event   switch 10:00:00:C0:DD:00:B2:01 joined the fabric
+TIME  switch  a link comes back: the fabric heals
+TIME  event   switches joined the fabric
+TIME  event   no longer part of fabric 10:00:00:C0:DD:00:A1:B2
+TIME  event   this switch joined the fabric
+TIME  event   switch 10:00:00:C0:DD:00:B2:01 joined the fabric
+TIME  switch  the new switch becomes the principal
+TIME  event   no longer part of fabric 10:00:00:C0:DD:00:C0:01
+TIME  event   now part of fabric 10:00:00:C0:DD:00:B2:01
+TIME  event   this switch joined the fabric
+TIME  event   switch 10:00:00:C0:DD:00:B2:01 joined the fabric
+TIME  event   switch 10:00:00:C0:DD:00:C0:01 joined the fabric
+TIME  switch  one of its devices logs out
+TIME  event   port 21:00:00:E0:8B:00:20:01 left the name server
+TIME  switch  and logs in again
+TIME  event   port 21:00:00:E0:8B:00:20:01 entered the name server
+TIME  switch  the core switch is switched off
+TIME  event   switch 10:00:00:C0:DD:00:C0:01 left the fabric
+TIME  event   switches left the fabric
+TIME  switch  the CPU overheats
+TIME  event   temperature alarm: too hot, CPU0 sensor
+)";
+
+const std::string kDirector = R"(TIME  switch  port 44 comes up
 TIME  event   port 44 went from offline to online
 TIME  switch  port 5 goes down
 TIME  event   port 5 went from online to offline
@@ -90,6 +133,14 @@ TEST(Watch, TheDemoShowsWhatHappensAndWhatTheCacheMakesOfIt) {
     const auto run = runDcache(kFastDemo);
     EXPECT_EQ(run.exitCode, 0);
     EXPECT_EQ(support::withoutTimes(run.out), kDemo);
+    EXPECT_THAT(run.err, HasSubstr("Connected to switch 10:00:00:C0:DD:00:A1:B2, status OK.\n"));
+    EXPECT_THAT(run.err, HasSubstr("12 changes on the switch raised 28 events"));
+}
+
+TEST(Watch, TheStoryOfTheDirectorIsAboutPortsPowerAndFaults) {
+    const auto run = runDcache({"watch", "--story", "director", "--speed", "20"});
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_EQ(support::withoutTimes(run.out), kDirector);
     EXPECT_THAT(run.err, HasSubstr("Connected to switch 10:00:00:C0:DD:00:A8:00, status OK.\n"));
     EXPECT_THAT(run.err, HasSubstr("22 changes on the switch raised 15 events"));
 }
@@ -113,7 +164,7 @@ TEST(Watch, TheStoryOfTheBladesShowsWhatComesAndGoesWithThem) {
 }
 
 TEST(Watch, StoriesFitEightyColumns) {
-    for (const char *story : {"demo", "blades"})
+    for (const char *story : {"demo", "director", "blades"})
         for (const std::string &line : support::lines(runDcache({"watch", "--story", story, "--speed", "20"}).out))
             EXPECT_LE(line.size(), 80u) << line;
 }
@@ -132,33 +183,37 @@ TEST(Watch, EachLineOfTheDemoAsJsonIsAnObject) {
             events.push_back(object);
     }
     EXPECT_EQ(kinds, kindsOfTheDemo());
-    ASSERT_EQ(events.size(), 15u);
+    ASSERT_EQ(events.size(), 28u);
     EXPECT_EQ(events[0].at("type"), 12);
     EXPECT_EQ(events[0].at("name"), "PortStatusChange");
     EXPECT_EQ(events[0].at("fields"), nlohmann::json::parse(R"({
-        "switchWwn": "10:00:00:C0:DD:00:A8:00", "portWwn": "20:2C:00:C0:DD:00:A8:00",
-        "fabricWwn": "10:00:00:C0:DD:00:A8:00", "prevStatus": [10], "newStatus": [2]})"));
-    EXPECT_EQ(events[7].at("fields"),
-              nlohmann::json::parse(R"({"switchWwn": "10:00:00:C0:DD:00:A8:00", "number": 2, "count": 1})"));
-    EXPECT_EQ(events[12].at("fields").at("newStatus"), nlohmann::json::parse("[6, 32768, 0]"));
+        "switchWwn": "10:00:00:C0:DD:00:A1:B2", "portWwn": "20:10:00:C0:DD:00:A1:B2",
+        "fabricWwn": "10:00:00:C0:DD:00:A1:B2", "prevStatus": [10], "newStatus": [2]})"));
+    EXPECT_EQ(events[1].at("name"), "SwitchAdd");
+    EXPECT_EQ(events[1].at("fields"), nlohmann::json::parse(R"({
+        "fabricWwn": "10:00:00:C0:DD:00:A1:B2", "switchWwn": "10:00:00:C0:DD:00:B2:01"})"));
+    EXPECT_EQ(events[2].at("fields"),
+              nlohmann::json::parse(R"({"fabricWwn": "10:00:00:C0:DD:00:A1:B2", "added": true})"));
+    EXPECT_EQ(events[3].at("fields"), nlohmann::json::parse(R"({
+        "ownerWwn": "10:00:00:C0:DD:00:A1:B2", "portWwn": "21:00:00:E0:8B:00:20:00", "origin": 1})"));
 }
 
 TEST(Watch, TheDemoInTerseFormIsSeparatedByTabs) {
     const auto run = runDcache(fastDemoAs("terse"));
     EXPECT_EQ(run.exitCode, 0);
     const auto lines = support::lines(run.out);
-    ASSERT_EQ(lines.size(), 44u);
-    EXPECT_THAT(lines[0], testing::EndsWith("Z\tswitch\tport 44 comes up"));
-    EXPECT_THAT(lines[13], testing::EndsWith("Z\tevent\tPortAdd\townerWwn=10:00:00:C0:DD:00:A8:00\t"
-                                             "portWwn=20:06:00:C0:DD:00:A8:00\torigin=0"));
-    EXPECT_THAT(lines[33], testing::EndsWith("\tprevStatus=10,0,0\tnewStatus=2,0,0"));
+    ASSERT_EQ(lines.size(), 41u);
+    EXPECT_THAT(lines[0], testing::EndsWith("Z\tswitch\tport 16 comes up: a cable to another switch"));
+    EXPECT_THAT(lines[1], testing::EndsWith("\tprevStatus=10\tnewStatus=2"));
+    EXPECT_THAT(lines[6], testing::EndsWith("Z\tevent\tPortAdd\townerWwn=10:00:00:C0:DD:00:A1:B2\t"
+                                            "portWwn=21:00:00:E0:8B:00:20:00\torigin=1"));
 }
 
 TEST(Watch, ThroughAPipeThereAreNoEscapeCodesAndOnATerminalThereAre) {
     const support::Environment terminal = {{"TERM", "xterm"}, {"NO_COLOR", ""}};
     EXPECT_EQ(runDcache(kFastDemo, Stdout::pipe, terminal).out.find('\x1b'), std::string::npos);
     EXPECT_THAT(runDcache(kFastDemo, Stdout::terminal, terminal).out,
-                HasSubstr("\x1b[1mport 44 went from offline to online\x1b[0m"));
+                HasSubstr("\x1b[1mport 16 went from offline to online\x1b[0m"));
     EXPECT_EQ(runDcache(kFastDemo, Stdout::terminal, {{"TERM", "xterm"}, {"NO_COLOR", "1"}}).out.find('\x1b'),
               std::string::npos);
 }
@@ -166,7 +221,8 @@ TEST(Watch, ThroughAPipeThereAreNoEscapeCodesAndOnATerminalThereAre) {
 TEST(Watch, SaysWhichAreasAreLoadedAndWhichAreNot) {
     const auto run = runDcache({"watch", "--for", "0.3"});
     EXPECT_EQ(run.exitCode, 0);
-    EXPECT_THAT(run.err, HasSubstr("Loaded into the cache: switch, chassis, blades, ports, accounts"));
+    EXPECT_THAT(run.err, HasSubstr("Loaded into the cache: switch, chassis, blades, ports, accounts, fabric.\n"));
+    EXPECT_THAT(run.err, HasSubstr("Not loaded, so not ready as a whole: zoning.\n"));
     EXPECT_THAT(run.out, IsEmpty()) << "a switch on which nothing happens raises no events";
 }
 
@@ -175,7 +231,7 @@ TEST(Watch, EndsAfterTheTimeGivenAlthoughTheStoryGoesOn) {
     const auto run = runDcache({"watch", "--story", "demo", "--speed", "0.1", "--for", "0.5"});
     EXPECT_EQ(run.exitCode, 0);
     EXPECT_GE(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(500));
-    EXPECT_THAT(run.out, IsEmpty()) << "the first step comes after six seconds at this speed";
+    EXPECT_THAT(run.out, IsEmpty()) << "the first step comes after eleven seconds at this speed";
     EXPECT_EQ(run.err.find("story is over"), std::string::npos);
 }
 

@@ -23,6 +23,21 @@ std::string elsewhere(const Wwn &name, const Surroundings &around) {
     return name == around.ownSwitch ? "" : " on switch " + colonForm(name);
 }
 
+/// "the fabric" for the one of the switch that is watched, "fabric 10:00:..." for any other.
+std::string fabricName(const Wwn &name, const Surroundings &around) {
+    return name == around.ownFabric ? "the fabric" : "fabric " + colonForm(name);
+}
+
+/// "this switch" for the one that is watched, "switch 10:00:..." for any other.
+std::string switchName(const Wwn &name, const Surroundings &around) {
+    return name == around.ownSwitch ? "this switch" : "switch " + colonForm(name);
+}
+
+/// The name server of the fabric that is watched, or of another.
+std::string nameServer(const Wwn &fabric, const Surroundings &around) {
+    return fabric == around.ownFabric ? "the name server" : "the name server of fabric " + colonForm(fabric);
+}
+
 /// Supplies of a chassis are numbered from 1. A number that none of them has is the slot of a supply blade.
 bool isSupplyBlade(unsigned short number, const Surroundings &around) {
     return number == 0 || number > around.powerSupplies;
@@ -55,22 +70,22 @@ Fields fields(const DCEventFabricRemove &event) {
     return {field("fabricWwn", event.fabricWwn)};
 }
 
-std::string words(const DCEventFabricChange &event, const Surroundings &) {
-    return fmt::format("switches {} fabric {}", event.added ? "joined" : "left", colonForm(event.fabricWwn));
+std::string words(const DCEventFabricChange &event, const Surroundings &around) {
+    return fmt::format("switches {} {}", event.added ? "joined" : "left", fabricName(event.fabricWwn, around));
 }
 Fields fields(const DCEventFabricChange &event) {
     return {field("fabricWwn", event.fabricWwn), field("added", event.added)};
 }
 
-std::string words(const DCEventSwitchAdd &event, const Surroundings &) {
-    return fmt::format("switch {} joined fabric {}", colonForm(event.switchWwn), colonForm(event.fabricWwn));
+std::string words(const DCEventSwitchAdd &event, const Surroundings &around) {
+    return fmt::format("{} joined {}", switchName(event.switchWwn, around), fabricName(event.fabricWwn, around));
 }
 Fields fields(const DCEventSwitchAdd &event) {
     return {field("fabricWwn", event.fabricWwn), field("switchWwn", event.switchWwn)};
 }
 
-std::string words(const DCEventSwitchRemove &event, const Surroundings &) {
-    return fmt::format("switch {} left fabric {}", colonForm(event.switchWwn), colonForm(event.fabricWwn));
+std::string words(const DCEventSwitchRemove &event, const Surroundings &around) {
+    return fmt::format("{} left {}", switchName(event.switchWwn, around), fabricName(event.fabricWwn, around));
 }
 Fields fields(const DCEventSwitchRemove &event) {
     return {field("fabricWwn", event.fabricWwn), field("switchWwn", event.switchWwn)};
@@ -173,16 +188,14 @@ std::string words(const DCEventPortAdd &event, const Surroundings &around) {
     if (event.origin == 0)
         return fmt::format("{} appeared{}", portName(event.ownerWwn, event.portWwn, around),
                            elsewhere(event.ownerWwn, around));
-    return fmt::format("port {} entered the name server of fabric {}", colonForm(event.portWwn),
-                       colonForm(event.ownerWwn));
+    return fmt::format("port {} entered {}", colonForm(event.portWwn), nameServer(event.ownerWwn, around));
 }
 Fields fields(const DCEventPortAdd &event) {
     return portFields(event);
 }
 
-std::string words(const DCEventPortRemove &event, const Surroundings &) {
-    return fmt::format("port {} left the name server of fabric {}", colonForm(event.portWwn),
-                       colonForm(event.ownerWwn));
+std::string words(const DCEventPortRemove &event, const Surroundings &around) {
+    return fmt::format("port {} left {}", colonForm(event.portWwn), nameServer(event.ownerWwn, around));
 }
 Fields fields(const DCEventPortRemove &event) {
     return portFields(event);

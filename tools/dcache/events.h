@@ -22,6 +22,7 @@ struct Surroundings {
     unsigned short powerSupplies = 0; ///< supplies of the chassis; 0 when the supplies are blades
     /// The index of a port of that switch, 65535 for no such port. Without it ports are told by their names.
     std::function<unsigned short(const Wwn &port)> portIndex = {};
+    Wwn ownFabric = {}; ///< the fabric of that switch; events about it need not name it either
 };
 
 /// One field of an event: its name as declared and its value; world-wide names in colon form, status lists as

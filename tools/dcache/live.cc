@@ -27,7 +27,8 @@ void tellEvent(DataCacheEvent *event) {
     const CacheLock cache;
     const Wwn own = cache->getRootSwitchWorldWideName();
     const Surroundings around = {own, cache->getRootPowerSupplyCount(),
-                                 [&](const Wwn &port) { return cache->calcPortIndex(own, port); }};
+                                 [&](const Wwn &port) { return cache->calcPortIndex(own, port); },
+                                 cache->getFabric(1)->getFabricWorldWideName()};
     theJournal->tellEvent(describe(*event, around));
 }
 
@@ -154,8 +155,7 @@ bool play(const Story &story, double speed, TimeFrame &time, sim::Simulator &sim
 } // namespace
 
 void watch(const WatchOptions &options, Output &output) {
-    const std::unique_ptr<sim::Simulator> simulator =
-        options.story != nullptr ? makeSimulator(options.story->profile) : nullptr;
+    const SimulatorHold simulator = options.story != nullptr ? makeSimulator(options.story->profile) : nullptr;
     connect();
 
     Interruption interruption(output.descriptor());

@@ -27,10 +27,16 @@ constexpr int kUsage = 2;
 
 struct Request;
 
+/// How something is to be shown.
+struct View {
+    dcache::Format format;
+    bool colour;
+};
+
 struct Noun {
     const char *name;
     const char *help;
-    dcache::Report (*show)(const Request &request);
+    std::string (*show)(const Request &request, const View &view);
     void (*addOptions)(CLI::App &command, Request &request);  ///< null: no options of its own
     void (*addShowOptions)(CLI::App &verb, Request &request); ///< those of "show" alone; likewise
     const char *footer;                                       ///< of its help
@@ -41,7 +47,9 @@ struct Request {
     std::string format = "table";
     std::optional<std::string> profile; ///< of the simulated switch
     dcache::PortFilter ports;
-    std::optional<std::string> port; ///< digits
+    std::optional<std::string> port;   ///< digits
+    std::optional<std::string> domain; ///< likewise
+    std::optional<std::string> picture;
     double seconds = 0;
     std::string story;
     double speed = 1;
@@ -69,12 +77,12 @@ CLI::Validator between(double lowest, double highest) {
         "");
 }
 
-/// A port number; whether the switch has such a port is another question.
-CLI::Validator digits() {
+/// A number; whether there is something of this number is another question.
+CLI::Validator digits(const char *what) {
     return CLI::Validator(
-        [](std::string &text) {
+        [what](std::string &text) {
             const bool good = !text.empty() && text.find_first_not_of("0123456789") == std::string::npos;
-            return good ? std::string() : fmt::format("{} is not a port number", text);
+            return good ? std::string() : fmt::format("{} is not a {}", text, what);
         },
         "");
 }
@@ -87,29 +95,72 @@ void addPortFilter(CLI::App &command, Request &request) {
 }
 
 void addPortNumber(CLI::App &verb, Request &request) {
-    verb.add_option("port", request.port, "One port, by its number")->check(digits())->type_name("");
+    verb.add_option("port", request.port, "One port, by its number")->check(digits("port number"))->type_name("");
 }
 
+void addDomain(CLI::App &verb, Request &request) {
+    verb.add_option("domain", request.domain, "One switch, by its domain ID")
+        ->check(digits("domain ID"))
+        ->type_name("");
+}
+
+void addPicture(CLI::App &command, Request &request) {
+    const std::vector<std::string> pictures = {"text", "dot", "svg"};
+    command.add_option("--format", request.picture, "text (default), dot, or svg (takes Graphviz)")
+        ->check(CLI::IsMember(pictures).description(""))
+        ->type_name("PICTURE");
+}
+
+/// A noun that is shown as a report.
+template <dcache::Report (*report)(const Request &)> std::string shown(const Request &request, const View &view) {
+    return render(report(request), view.format, view.colour);
+}
+
+// What stands behind the nouns, for the table.
+dcache::Report showSwitch(const Request &) {
+    return dcache::showSwitch();
+}
+dcache::Report showChassis(const Request &) {
+    return dcache::showChassis();
+}
+dcache::Report showBlades(const Request &) {
+    return dcache::showBlades();
+}
+dcache::Report showAccounts(const Request &) {
+    return dcache::showAccounts();
+}
 dcache::Report showPorts(const Request &request) {
-    if (!request.port)
-        return dcache::showPorts(request.ports);
-    return dcache::showPort(*request.port);
+    return request.port ? dcache::showPort(*request.port) : dcache::showPorts(request.ports);
+}
+dcache::Report showFabric(const Request &request) {
+    return request.domain ? dcache::showFabricSwitch(*request.domain) : dcache::showFabric();
+}
+std::string showTopology(const Request &request, const View &view) {
+    static const std::map<std::string, dcache::Picture> pictures = {
+        {"text", dcache::Picture::text}, {"dot", dcache::Picture::dot}, {"svg", dcache::Picture::svg}};
+    return dcache::showTopology(pictures.at(request.picture.value_or("text")), dcache::linesOfLocale(), view.format,
+                                view.colour);
 }
 
 // clang-format off
-constexpr std::array<Noun, 5> kNouns = {{
-    {"switch", "Identity, status and modes of the switch", [](const Request &) { return dcache::showSwitch(); },
-     nullptr, nullptr, "Example:\n  dcache switch -o json"},
-    {"chassis", "Slots, faults, power supplies and fans of the chassis",
-     [](const Request &) { return dcache::showChassis(); }, nullptr, nullptr, "Example:\n  dcache chassis -o json"},
-    {"blades", "What sits in the slots of the chassis", [](const Request &) { return dcache::showBlades(); }, nullptr,
-     nullptr, "Example:\n  dcache --profile director-8 blades"},
-    {"ports", "State, type and transceiver of the ports", showPorts, addPortFilter, addPortNumber,
+constexpr std::array<Noun, 7> kNouns = {{
+    {"switch", "Identity, status and modes of the switch", shown<showSwitch>, nullptr, nullptr,
+     "Example:\n  dcache switch -o json"},
+    {"chassis", "Slots, faults, power supplies and fans of the chassis", shown<showChassis>, nullptr, nullptr,
+     "Example:\n  dcache chassis -o json"},
+    {"blades", "What sits in the slots of the chassis", shown<showBlades>, nullptr, nullptr,
+     "Example:\n  dcache --profile director-8 blades"},
+    {"ports", "State, type and transceiver of the ports", shown<showPorts>, addPortFilter, addPortNumber,
      "States: online, offline, diagnostics, error (isolated, or down against its\n"
      "settings), unknown, absent (not installed or powered off).\n\n"
      "Examples:\n  dcache ports --state offline\n  dcache ports show 0"},
-    {"accounts", "User accounts of the switch", [](const Request &) { return dcache::showAccounts(); }, nullptr,
-     nullptr, "Example:\n  dcache accounts -o json"},
+    {"accounts", "User accounts of the switch", shown<showAccounts>, nullptr, nullptr,
+     "Example:\n  dcache accounts -o json"},
+    {"fabric", "The fabric and its switches", shown<showFabric>, nullptr, addDomain,
+     "Examples:\n  dcache --profile fabric-12 fabric\n  dcache --profile fabric-12 fabric show 1"},
+    {"topology", "The switches of the fabric and the links between them", showTopology, addPicture, nullptr,
+     "Examples:\n  dcache --profile fabric-12 topology\n"
+     "  dcache --profile fabric-60 topology --format svg > fabric.svg"},
 }};
 // clang-format on
 
@@ -130,7 +181,7 @@ void addCommon(CLI::App &command, Request &request) {
 
 void addNoun(CLI::App &app, const Noun &noun, Request &request, dcache::Output &output) {
     const auto show = [&noun, &request, &output](dcache::Format format) {
-        output.print(render(noun.show(request), format, output.wantsColour()));
+        output.print(noun.show(request, {format, output.wantsColour()}));
     };
     CLI::App *command = app.add_subcommand(noun.name, noun.help);
     CLI::App *verb = command->add_subcommand("show", noun.help);
@@ -236,6 +287,8 @@ int run(int argc, char **argv) {
         return complain("nothing asked for; there are: " + commandNames(app));
     if (request.port && (request.ports.state || request.ports.all))
         return complain("a single port is shown whatever its state: leave out --state and --all");
+    if (request.picture && request.format != "table")
+        return complain("a drawing is for people: leave out --format, or the output format " + request.format);
     try {
         const auto simulator = request.profile ? dcache::makeSimulator(*request.profile) : nullptr;
         request.run(formatNamed(request.format));

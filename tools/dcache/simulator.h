@@ -13,9 +13,19 @@
 
 namespace dcache {
 
+/// Takes a simulated switch out of use before it is destroyed.
+struct SimulatorRemover {
+    void operator()(sim::Simulator *simulator) const;
+};
+using SimulatorHold = std::unique_ptr<sim::Simulator, SimulatorRemover>;
+
 /// Makes a switch of this kind, which connections made from now on reach. Throws Misuse, naming the kinds there are, for
 /// an unknown one; Failure when the switch library exports no such factory, or is of another version than this tool.
-std::unique_ptr<sim::Simulator> makeSimulator(const std::string &profile, const char *factory = "zovsim_create");
+SimulatorHold makeSimulator(const std::string &profile, const char *factory = "zovsim_create");
+
+/// By how much the clock of the switch made last has gone on since it was made, in seconds; 0 when there is none. May be
+/// called from any thread.
+long simulatedSeconds();
 
 } // namespace dcache
 

@@ -28,11 +28,101 @@ sim::Blade blade(const char *type) {
     return blade;
 }
 
+void overheat(Switch &device) {
+    device.deliver(ZOV_EVENT_OVERHEAT_ALARM, {0, 0, 0}, "Temp overheat, CPU0 reads 92 degrees Celsius");
+}
+
+// The switches of the demo. They are put behind port 16 of the local one, the edge switch before the core switch.
+constexpr const char *kPort16 = "Oper.UserPort.0.16.OperState";
+constexpr unsigned kUplink = 16;
+constexpr unsigned kLowPriority = 200;
+
+sim::Peer edge() {
+    sim::Peer peer;
+    peer.wwn = "100000C0DD00B201";
+    peer.domain = 2;
+    peer.priority = kLowPriority;
+    return peer;
+}
+
+sim::Peer core() {
+    sim::Peer peer;
+    peer.wwn = "100000C0DD00C001";
+    peer.domain = 10;
+    peer.priority = 2;
+    peer.ports = 64;
+    return peer;
+}
+
+sim::Link linkToEdge(const Switch &device) {
+    return {device.get("Oper.Switch.WWN"), kUplink, edge().wwn, 20};
+}
+
+/// The first or second link between the two.
+sim::Link linkToCore(unsigned number) {
+    return {edge().wwn, 21 + number, core().wwn, number};
+}
+
+/// A device at a port of the edge switch.
+sim::NameServerEntry deviceAt(unsigned port) {
+    const std::string rest = "0000E08B00200" + std::to_string(port);
+    return {edge().wwn, port, "20" + rest, "21" + rest};
+}
+
 // One line per step, so that the story can be read from top to bottom.
 // clang-format off
 const Story &demo() {
     static const Story story = {
-        "demo", "a director on a bad day: ports, power, faults; 15 s", "director-8",
+        "demo", "a fabric on a bad day: joins, failing links; 14 s", "fixed-24", milliseconds(1150),
+        {
+            {"port 16 comes up: a cable to another switch", [](Switch &device) { device.set(kPort16, "Online"); },
+             nullptr},
+            {"that switch joins the fabric",
+             [](Switch &device) {
+                 device.addPeer(edge());
+                 device.connect(linkToEdge(device));
+             },
+             nullptr},
+            {"three devices log in at its ports",
+             [](Switch &device) {
+                 for (const unsigned port : {0U, 1U, 2U})
+                     device.logIn(deviceAt(port));
+             },
+             nullptr},
+            {"a core switch is linked to it: two fabrics merge",
+             [](Switch &device) {
+                 device.addPeer(core());
+                 device.connect(linkToCore(0));
+             },
+             nullptr},
+            {"a second link between those two comes up", [](Switch &device) { device.connect(linkToCore(1)); },
+             "the fabric has the same switches as before"},
+            {"both links fail: the fabric segments",
+             [](Switch &device) {
+                 device.disconnect(linkToCore(0), sim::Notify::no);
+                 device.disconnect(linkToCore(1));
+             },
+             nullptr},
+            {"a link comes back: the fabric heals", [](Switch &device) { device.connect(linkToCore(0)); }, nullptr},
+            {"the new switch becomes the principal",
+             [](Switch &device) {
+                 sim::Peer peer = edge();
+                 peer.priority = 1;
+                 device.changePeer(peer);
+             },
+             nullptr},
+            {"one of its devices logs out", [](Switch &device) { device.logOut(deviceAt(1).portWwn); }, nullptr},
+            {"and logs in again", [](Switch &device) { device.logIn(deviceAt(1)); }, nullptr},
+            {"the core switch is switched off", [](Switch &device) { device.removePeer(core().wwn); }, nullptr},
+            {"the CPU overheats", overheat, nullptr},
+        },
+    };
+    return story;
+}
+
+const Story &director() {
+    static const Story story = {
+        "director", "a director on a bad day: ports, power, faults; 15 s", "director-8",
         milliseconds(640),
         {
             {"port 44 comes up", [](Switch &device) { device.set(kPort44, "Online"); }, nullptr},
@@ -66,11 +156,7 @@ const Story &demo() {
             {"the FCoE feature is turned on", [](Switch &device) { device.set(kFcoe, "True"); }, nullptr},
             {"a login as \"guest\" is refused",
              [](Switch &device) { device.deliver(ZOV_EVENT_USER_LOGIN_FAILURE, {0, 0, 0}, "guest"); }, nullptr},
-            {"the CPU overheats",
-             [](Switch &device) {
-                 device.deliver(ZOV_EVENT_OVERHEAT_ALARM, {0, 0, 0}, "Temp overheat, CPU0 reads 92 degrees Celsius");
-             },
-             nullptr},
+            {"the CPU overheats", overheat, nullptr},
         },
     };
     return story;
@@ -101,7 +187,7 @@ const Story &blades() {
 
 /// Every story there is.
 const std::vector<const Story *> &stories() {
-    static const std::vector<const Story *> all = {&demo(), &blades()};
+    static const std::vector<const Story *> all = {&demo(), &director(), &blades()};
     return all;
 }
 

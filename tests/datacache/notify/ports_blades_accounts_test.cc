@@ -119,6 +119,11 @@ TEST_F(Media, CodeAndFormatAreCutToOneByte) {
     EXPECT_EQ(transceiver("5"), "true 2 'A' 'ABCDEFGHIJKLMNOP'");
 }
 
+TEST_F(Media, ACodeMayBeAnyByte) {
+    dispatch(76, "0;0;0;5;1;200;ABCDEFGHIJKLMNOP;3");
+    EXPECT_EQ(transceiver("5"), "true 3 '\xC8' 'ABCDEFGHIJKLMNOP'");
+}
+
 TEST_F(Media, ACountOfZeroResetsThePort) {
     dispatch(76, "0;0;0;5;1;65;ABCDEFGHIJKLMNOP;1");
     dispatch(76, "0;0;0;5;0;65;ABCDEFGHIJKLMNOP;1");
@@ -171,6 +176,17 @@ TEST_F(Media, APortOutsideTheTableIsNotTouched) {
     }
     for (int port = 0; port < 24; ++port)
         EXPECT_EQ(transceiver(std::to_string(port)), kNone);
+}
+
+TEST_F(Media, APortBeyond32BitsIsNotTouched) {
+    dispatch(76, "0;0;0;4294967301;1;65;ABCDEFGHIJKLMNOP;1"); // 2^32 + 5
+    EXPECT_EQ(transceiver("5"), kNone);
+}
+
+TEST_F(Media, ATextWithTooFewFieldsIsNoFailureOfTheCache) {
+    dispatch(76, "text");
+    dispatch(77, "text");
+    EXPECT_THAT(support::messagesIn(support::kCriticalLog), Not(Contains(testing::HasSubstr("_PORT_MEDIA_"))));
 }
 
 class MediaOfALargeSwitch : public Media {

@@ -16,6 +16,11 @@
 class FabricTest : public support::CacheTest {
 protected:
     static constexpr const char *kList = "Oper.Eport.LsdbRecordList.255";
+    static constexpr const char *kInfoRead = "get Oper.Switch.WhoIsPrincipal Oper.Switch.WWN Oper.Switch.DomainID";
+    static constexpr const char *kListRead = "get Oper.Eport.LsdbRecordList.255";
+    static std::string recordRead(const std::string &domain) {
+        return fmt::format("get Oper.Eport.LsdbRecord.{0}.WWN Oper.Eport.LsdbRecord.{0}.Hops", domain);
+    }
 
     void SetUp() override {
         connect();

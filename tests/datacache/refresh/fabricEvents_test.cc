@@ -293,4 +293,25 @@ TEST_F(FabricEvents, MembershipLooksAtCopiesFromTheFirstEntryOn) {
     static_assert(std::is_same_v<decltype(&DataCache::_fabricContainsWWN), ByValue>);
 }
 
+TEST_F(FabricEvents, ACallbackThatRefreshesTheFabricDoesNotDisturbTheEvents) {
+    const Domains all = {3, 4, 5, 6, 7, 8, 9, 10, 11, 12};
+    become(kFormer, all);
+    refresh();
+    become(kFormer, {});
+    std::vector<std::vector<Wwn>> reused; // takes the memory that the cache gives back
+    support::onEvent([&](DataCacheEvent &event) {
+        if (event.type == 5 && reused.empty()) {
+            cache()._getFabricInfo();
+            reused.assign(50, std::vector<Wwn>(all.size(), Wwn("1111111111111111")));
+        }
+    });
+    refresh();
+    support::onEvent(nullptr);
+    Lines expected;
+    for (const unsigned domain : all)
+        expected.push_back(removed(kFormer, domain));
+    expected.push_back(fmt::format("3: FabricChange fabric={} added=false", kFormer));
+    EXPECT_EQ(events(), expected);
+}
+
 } // namespace

@@ -218,6 +218,65 @@ TEST_F(FabricPorts, AreNotAskedForInTransparentMode) {
     EXPECT_EQ(log().back(), "DCACHE: _load_mserver_ports()");
 }
 
+TEST_F(FabricPorts, ATimeOutIsLookedAtBeforeWhetherTheSwitchIsLocal) {
+    fabric().getSwitchByWwn(support::kSwitchWwn)->_mserver_timeout = 1;
+    refresh();
+    EXPECT_EQ(log().back(),
+              fmt::format("DCACHE: _load_mserver_ports - skip {} due to mserver err timeout", support::kSwitchWwn));
+}
+
+TEST_F(FabricPorts, ACountOfNoneEndsTheErrorsToo) {
+    join(3, 1);
+    refresh();
+    switchOf(3)->_mserver_errors = 4;
+    lie(entries(3), "0");
+    EXPECT_TRUE(refresh());
+    EXPECT_EQ(switchOf(3)->_mserver_errors, 0);
+}
+
+TEST_F(FabricPorts, WithoutUsableNamesLeaveTheBaseNameAsItWas) {
+    join(3, 2);
+    refresh();
+    lie(entry(3, 0), "");
+    lie(entry(3, 1), "");
+    EXPECT_TRUE(refresh());
+    EXPECT_EQ(switchOf(3)->_num_ports, 0);
+    EXPECT_EQ(switchOf(3)->_port_wwn.tostring(), portName(3, 1));
+}
+
+TEST_F(FabricPorts, AreNotAddedToThoseOfARefreshThatHadNoDomains) {
+    join(3, 2);
+    refresh();
+    lie(kList, "");
+    EXPECT_TRUE(refresh());
+    EXPECT_EQ(rows(3), (Rows{{0, 0}, {1, 1}}));
+}
+
+TEST_F(FabricPorts, WhoseEntryIsRefusedAreNotTakenWhateverItsValue) {
+    join(3, 2);
+    sim::Fault fault;
+    fault.key = entry(3, 1);
+    fault.status = 5;
+    fault.value = portName(3, 1);
+    theSwitch->addFault(fault);
+    EXPECT_TRUE(refresh());
+    EXPECT_EQ(rows(3), (Rows{{0, 0}}));
+}
+
+TEST_F(FabricPorts, NumberMayBeTheLargestThatANameHolds) {
+    join(3, 1);
+    lie(entry(3, 0), portName(3, 4095));
+    EXPECT_TRUE(refresh());
+    EXPECT_EQ(rows(3), (Rows{{0, 4095}}));
+}
+
+TEST_F(FabricPorts, FailureHasItsNumber) {
+    join(3, 1);
+    cut(entries(3));
+    EXPECT_FALSE(refresh());
+    EXPECT_EQ(log().back(), failed("_load_mserver_ports", 2273));
+}
+
 class FabricPortsAtFirst : public FabricTest {};
 
 TEST_F(FabricPortsAtFirst, AreNotAskedForUntilTheLocalPortsAreKnown) {

@@ -35,7 +35,7 @@ protected:
     std::vector<std::string> news() {
         EXPECT_TRUE(device->waitUntilQuiet(simtest::kPatience));
         const std::vector<std::string> all = simtest::shown(client.events(0));
-        const std::vector<std::string> fresh(all.begin() + static_cast<std::ptrdiff_t>(_told), all.end());
+        std::vector<std::string> fresh(all.begin() + static_cast<std::ptrdiff_t>(_told), all.end());
         _told = all.size();
         return fresh;
     }

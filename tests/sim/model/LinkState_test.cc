@@ -23,11 +23,11 @@ protected:
 
     /// Peers in these domains, each linked to the one before it.
     void addPeers(std::initializer_list<unsigned> domains) {
-        unsigned before = 1;
+        unsigned hub = 1;
         for (const unsigned domain : domains) {
             device->addPeer(peerOf(domain));
-            device->connect(linkOf(before, 20, domain, 0));
-            before = domain;
+            device->connect(linkOf(domain, 0, hub, 20));
+            hub = domain;
         }
     }
 

@@ -11,7 +11,6 @@ using simtest::Client;
 using simtest::deviceOf;
 using simtest::entryOf;
 using simtest::linkOf;
-using simtest::nameOf;
 using simtest::peerOf;
 
 namespace {

@@ -7,7 +7,6 @@
 
 using simtest::Client;
 using simtest::linkOf;
-using simtest::nameOf;
 using simtest::peerOf;
 
 namespace {

@@ -10,6 +10,7 @@
 #include <string>
 
 #include "tools/dcache/render.h"
+#include "tools/dcache/topology/text.h"
 
 namespace dcache {
 
@@ -47,6 +48,31 @@ Report showPort(const std::string &digits);
 
 /// The user accounts, in the switch's order. Keys: accounts (array of objects with name).
 Report showAccounts();
+
+/// The fabric and its switches.
+/// Keys: fabricWwn (text, null when the switch is in no fabric), switchCount (number), switches (array of objects with
+/// domain (number), wwn, local and principal (booleans), portCount (number), managementServer (text: "answers",
+/// "failing" or "timed out"; null for the local switch, about which it is not asked), managementServerErrors (number)).
+Report showFabric();
+
+/// One switch of the fabric with its ports and the devices that the fabric's name server has at them.
+/// Keys: those of an element of showFabric()'s switches, devices (array of texts, the Fibre Channel addresses), ports
+/// (array of objects with index (number), wwn, devices (array of texts)). Throws Failure when the digits are the domain
+/// ID of no switch.
+Report showFabricSwitch(const std::string &digits);
+
+enum class Picture { text, dot, svg };
+
+/// The switches of the fabric and the links between them, drawn; of the other formats only the table has pictures.
+/// Keys: fabricWwn (text, null for none), outOfReach (array of numbers: domains that the link-state database names, and
+/// that are not in the fabric), switches (array of objects with domain, wwn, portCount, local, principal), links (array
+/// of objects with domain, port, neighbourDomain, neighbourPort (numbers; a port that is none a text, null when it is not
+/// told), toldByBoth (boolean)), strayLinks (array of objects with domain, port, neighbour (text)): links whose other end
+/// is told in another way. Throws Failure when there is no Graphviz for an SVG picture.
+std::string showTopology(Picture picture, Lines lines, Format format, bool colour);
+
+/// What the terminal can show, going by the environment's locale.
+Lines linesOfLocale();
 
 } // namespace dcache
 
