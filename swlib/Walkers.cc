@@ -23,7 +23,10 @@ __attribute__((format(printf, 2, 3))) const char *readKey(SmlMessage &message, c
 
 /// Hands a text that was read to the caller; nothing is touched when there is none.
 char *handOver(char *dst, const char *value) {
-    return value != nullptr && dst != nullptr ? std::strcpy(dst, value) : nullptr;
+    if (value == nullptr || dst == nullptr)
+        return nullptr;
+    std::memcpy(dst, value, std::strlen(value) + 1);
+    return dst;
 }
 
 /// An argument that is inserted into a key.

@@ -168,6 +168,7 @@ void DataCache::_sweepStaleSwitches() {
     }
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): clients were compiled with it so
 std::vector<std::string> DataCache::_parseSMLList(std::string list) {
     std::vector<std::string> pieces;
     if (list.empty())
