@@ -54,6 +54,29 @@ void CacheTest::load() {
     forget();
 }
 
+int CacheTest::fail(const std::string &key, int32_t status, int times) {
+    sim::Fault fault;
+    fault.key = key;
+    fault.status = status;
+    fault.times = times;
+    return theSwitch->addFault(fault);
+}
+
+int CacheTest::cut(const std::string &key) {
+    sim::Fault fault;
+    fault.key = key;
+    fault.result = 2;
+    return theSwitch->addFault(fault);
+}
+
+int CacheTest::lie(const std::string &key, const std::string &value) {
+    sim::Fault fault;
+    fault.key = key;
+    fault.value = value;
+    fault.times = -1;
+    return theSwitch->addFault(fault);
+}
+
 std::vector<std::string> CacheTest::traffic() const {
     static const std::map<std::string, std::string> verbs = {
         {"zov_smlGet", "get"}, {"zov_smlGetBatch", "get"}, {"zov_smlSet", "set"}, {"zov_smlSetBatch", "set"}};

@@ -45,6 +45,12 @@ protected:
     std::vector<std::string> traffic() const;
     void forget();
 
+    /// Rules of misbehaviour, each with the number that takes it away: reads of a key answer a status, the next exchange
+    /// that reads it fails, or they are answered with this value from now on.
+    int fail(const std::string &key, int32_t status = 5, int times = 1);
+    int cut(const std::string &key);
+    int lie(const std::string &key, const std::string &value);
+
     static DataCache &cache();
 
     std::unique_ptr<sim::Simulator> theSwitch = sim::create();

@@ -45,28 +45,6 @@ protected:
         return cache()._getFabricInfo();
     }
 
-    int fail(const std::string &key, int32_t status = 5, int times = 1) {
-        sim::Fault fault;
-        fault.key = key;
-        fault.status = status;
-        fault.times = times;
-        return theSwitch->addFault(fault);
-    }
-    /// The next exchange that reads this key fails.
-    int cut(const std::string &key) {
-        sim::Fault fault;
-        fault.key = key;
-        fault.result = 2;
-        return theSwitch->addFault(fault);
-    }
-    int lie(const std::string &key, const std::string &value) {
-        sim::Fault fault;
-        fault.key = key;
-        fault.value = value;
-        fault.times = -1;
-        return theSwitch->addFault(fault);
-    }
-
     static std::string nameOf(unsigned domain) { return fmt::format("100000C0DD00B0{:02X}", domain); }
     static std::string failed(const char *routine, int line) {
         return fmt::format("DCACHE: Cache update failed: DataCache.cc:{}:{}", routine, line);

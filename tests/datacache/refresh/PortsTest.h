@@ -40,21 +40,6 @@ protected:
         support::setPort(*theSwitch, port, attribute, value);
     }
 
-    int fail(const std::string &key, int32_t status = 5) {
-        sim::Fault fault;
-        fault.key = key;
-        fault.status = status;
-        return theSwitch->addFault(fault);
-    }
-
-    int lie(const std::string &key, const std::string &value) {
-        sim::Fault fault;
-        fault.key = key;
-        fault.value = value;
-        fault.times = -1;
-        return theSwitch->addFault(fault);
-    }
-
     static std::string failed(int line) {
         return fmt::format("DCACHE: Cache update failed: DataCache.cc:_getPortInfo:{}", line);
     }
