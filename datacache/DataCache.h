@@ -104,6 +104,10 @@ public:
     void updateFabric();
     void updateAccounts();
     void updateZoning();
+    /// updateZoning(), whatever the switch's checksum of the zone sets, zones and aliases says; and wakes the EVAL thread.
+    /// A checksum that rises by just one in the meantime hides the request, and so does the end of a refresh in whose
+    /// callback it is made.
+    void reloadZoning();
 
     /// Names all 256 local ports, or one of them (0 to 255), for the next port refresh. Another number throws
     /// std::out_of_range with the text "bitset::set".
@@ -291,6 +295,10 @@ private:
     bool _isStillThere(const Wwn &name, const std::vector<Wwn> &switches) const;
     bool _loadSwitchPorts(SwitchCache &remote) const;
     bool _loadSwitchPort(SwitchCache &remote, unsigned number) const;
+
+    bool _loadActiveZoneset(const Wwn &principal);
+    bool _loadInactiveZonesets();
+    bool _loadInactiveZoneset(const std::string &name);
 
     int _nextUsablePort(unsigned from, unsigned end) const;
     Wwn _remotePortName(const Wwn &switchWwn, unsigned short index) const;

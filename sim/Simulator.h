@@ -196,7 +196,72 @@ struct NameServerEntry {
     std::string portWwn; ///< likewise; of no other entry
 };
 
-/// Admin mode's holder when it is a management client that is not one of the connections.
+/// A member of a zone or an alias, by its type and its text: 16 hexadecimal digits for a port name, "domain:port" in
+/// decimal, 6 hexadecimal digits for an address, the name of an alias. What the switch hands out has capital digits.
+struct ZoneMember {
+    zov_fzs_zonemember_type_e type = ZOV_ZMT_PORTWWN;
+    std::string text;
+};
+
+struct Zone {
+    std::string name;
+    zov_fzs_zone_type_e type = ZOV_ZT_SOFT;
+    std::vector<ZoneMember> members;
+};
+
+struct ZoneAlias {
+    std::string name;
+    std::vector<ZoneMember> members; ///< no aliases
+};
+
+struct ZoneSet {
+    std::string name;
+    std::vector<std::string> zones; ///< names
+};
+
+/// A zoning database, everything in the order in which it was defined.
+struct ZoningDatabase {
+    std::vector<ZoneSet> zonesets;
+    std::vector<Zone> zones;
+    std::vector<ZoneAlias> aliases;
+};
+
+inline bool operator==(const ZoneMember &left, const ZoneMember &right) {
+    return left.type == right.type && left.text == right.text;
+}
+
+inline bool operator==(const Zone &left, const Zone &right) {
+    return left.name == right.name && left.type == right.type && left.members == right.members;
+}
+
+inline bool operator==(const ZoneAlias &left, const ZoneAlias &right) {
+    return left.name == right.name && left.members == right.members;
+}
+
+inline bool operator==(const ZoneSet &left, const ZoneSet &right) {
+    return left.name == right.name && left.zones == right.zones;
+}
+
+inline bool operator==(const ZoningDatabase &left, const ZoningDatabase &right) {
+    return left.zonesets == right.zonesets && left.zones == right.zones && left.aliases == right.aliases;
+}
+
+/// How many zoning objects of each kind are alive in the process: made by a client or fetched for one, and not
+/// destroyed.
+struct ZoningObjectCounts {
+    size_t zonesets = 0;
+    size_t zones = 0;
+    size_t aliases = 0;
+    size_t members = 0;
+};
+
+inline bool operator==(const ZoningObjectCounts &left, const ZoningObjectCounts &right) {
+    return left.zonesets == right.zonesets && left.zones == right.zones && left.aliases == right.aliases &&
+           left.members == right.members;
+}
+
+/// The holder of admin mode or of the fabric's zoning lock when it is a management client that is not one of the
+/// connections.
 constexpr uint32_t kOtherClient = 0xFFFFFFFF;
 
 /// A simulated switch.
@@ -299,6 +364,49 @@ public:
     virtual std::vector<Link> links() const = 0;
     virtual std::vector<NameServerEntry> nameServer() const = 0;
 
+    // ---- zoning --------------------------------------------------------------------------------------
+    //
+    // The database has a defined half, which clients edit, and an active one: the active zone set as it was when it was
+    // activated or last committed, with its zones and the aliases these refer to. A commit, by a client or by
+    // setZoning(), replaces the defined half, and the active one if it defines a set of the active set's name. Each half
+    // has a checksum that is another one after every change of its content, in whatever order things are listed, and is
+    // never 1. A change of either sends code 3, once.
+    //
+    // A client edits in admin mode and under the fabric's zoning lock, from "Cmd.Zoning.EditConfig", which begins with
+    // what is defined, to "Cmd.Zoning.SaveConfig". A zoning command that is refused meanwhile, by the switch or by a
+    // rule of misbehaviour, spoils the edit: saving is refused and nothing changes. Saving ends an edit, done or
+    // refused; so does everything that ends the lock. What is created, added or given the type it has already is
+    // accepted. In the member limit, an alias's members count once for the alias, and once more for every zone that
+    // refers to it.
+    //
+    // A list of zone sets that a client was handed is overwritten when the thread that asked for it makes its next call.
+
+    /// The defined half.
+    virtual ZoningDatabase zoning() const = 0;
+    /// The active half: one zone set with its zones and their aliases, or nothing at all.
+    virtual ZoningDatabase activeZoning() const = 0;
+    /// Another management client commits a database, whoever holds the lock. Refused for what a client could not commit,
+    /// and for names that are there twice.
+    virtual void setZoning(const ZoningDatabase &database, Notify notify = Notify::yes) = 0;
+    /// Another management client activates a defined zone set, or deactivates with an empty name.
+    virtual void activateZoneset(const std::string &name, Notify notify = Notify::yes) = 0;
+    /// From now on no edit goes beyond these; what is there already may.
+    virtual void setZoningLimits(const zov_fzs_zoninglimits_s &limits) = 0;
+    /// The connection that holds the fabric's zoning lock, 0 for none, kOtherClient for another management client.
+    virtual uint32_t zoningLockHolder() const = 0;
+    /// Lets another management client take the lock (true) or give it back (false). It takes it even from a connection
+    /// that holds it, as the fabric can; the edit that was open there is forgotten.
+    virtual void holdZoningLockElsewhere(bool hold) = 0;
+
+    /// Zoning objects belong to the process, whatever switches there are.
+    virtual ZoningObjectCounts zoningObjects() const = 0;
+    /// What clients did with zoning objects that a real switch library might not have survived, since this switch was
+    /// made: one line for each argument that was null, or no object, or destroyed before, or of another kind. The
+    /// switch made last keeps the list. Under a sanitizer a misuse is reported on the standard error output and stops
+    /// the process, unless the environment variable ZOVSIM_MISUSE is "report"; in other builds it does so only when that
+    /// variable is "stop".
+    virtual std::vector<std::string> misuses() const = 0;
+
     // ---- time ----------------------------------------------------------------------------------------
 
     /// Seconds since the switch was switched on: 3600 at first. The clock is a virtual one: it goes on with
@@ -340,10 +448,14 @@ public:
     virtual void holdAdminModeElsewhere(bool hold) = 0;
     /// The number of connections made since construction.
     virtual unsigned connectionCount() const = 0;
+    /// The switch reboots in no time: nobody holds admin mode or the zoning lock any more, and edits that were not saved
+    /// are gone. Everything else stays: the configuration, what was saved, the clock, connections and their
+    /// registrations. Sends nothing.
+    virtual void restart() = 0;
 };
 
 /// Number of the interface above; it changes whenever a member is added, removed or changed.
-constexpr int kInterfaceVersion = 3;
+constexpr int kInterfaceVersion = 4;
 
 } // namespace sim
 

@@ -38,6 +38,11 @@ enum Status : int32_t {
     kBadEventCode = 22,  ///< no notification has this code
     kNoAnswer = 23,      ///< the fabric's management server did not answer
     kEndOfList = 24,     ///< a walk has come to its end
+    kLockRequired = 25,  ///< the client must hold the fabric's zoning lock first
+    kLockBusy = 26,      ///< another client holds the fabric's zoning lock
+    kLockNotHeld = 27,   ///< the client gives back a lock that it does not hold
+    kLimitReached = 28,  ///< the zoning database is full in this respect
+    kEditSpoilt = 29,    ///< something in the edit was refused, so it is not saved
     kInternal = 99,      ///< the switch library failed in a way of its own
     kNotSupported = 103, ///< the attribute exists, but not on this switch as it is equipped
 };

@@ -116,6 +116,39 @@ DATACACHE_EXPORT char *get_lsdb_record_link_remote_information(const char *recor
 DATACACHE_EXPORT char *get_first_attached_port(const char *scope, char *dst);
 DATACACHE_EXPORT char *get_next_attached_port(const char *scope, const char *entry, char *dst);
 
+/* ---- names and zone members as text --------------------------------------------------------------- */
+
+/* Only get_Active_ZoneSet() asks the switch, and ZoneMemberToString() the switch library; nothing is logged but what stands
+   with each. A null `dst` is left alone. */
+
+/* A world-wide name, 8 bytes, as 16 upper-case hexadecimal digits; `dst` has room for 17. Returns `dst`. */
+DATACACHE_EXPORT char *ZOV_WWNToStr(char *dst, const unsigned char *name);
+
+/* `count` bytes as upper-case hexadecimal digits, two each, and an end; nothing at all for a count below 1. `dst` has
+   room for 2 * count + 1. Returns `dst`. */
+DATACACHE_EXPORT char *byteToStr(char *dst, const unsigned char *bytes, int count);
+
+/* Member `index` of an array of types and one of identifiers, as people read it: a port's name, "01:10" for domain 1 and
+   port 10 (of the domain's word the first byte), a Fibre Channel address in lower case, or an alias' name. Unknown
+   members and node names are logged at level 2; they and all others leave `dst` as it was. `dst` has room for 69. */
+DATACACHE_EXPORT void formatMemberId(const zov_fzs_zonemember_type_e *types, const zov_fzs_memberid_s *records,
+                                     char *dst, int index);
+
+/* A member as the switch's zoning commands take it: a port's name, "010a" for domain 1 and port 10, a Fibre Channel
+   address in upper case, or an alias' name, cut to 64 characters. 1; or 0 and "Invalid" for any other member, and for
+   none. `dst` has room for 65. */
+DATACACHE_EXPORT int ZoneMemberToString(char *dst, void *member);
+
+/* The name of the zone set that is active on the switch, the empty text when none is. It is empty too when the switch
+   does not tell, which is logged at level 4. `dst` has room for 65. */
+DATACACHE_EXPORT void get_Active_ZoneSet(char *dst);
+
+/* Makes every letter of a text a capital, in place, and returns the text; null stays null. */
+DATACACHE_EXPORT char *toUpper(char *text);
+
+/* The switch's word for a zone type: "Soft", "HardVPF", "HardACL"; "Invalid" for any other. */
+DATACACHE_EXPORT const char *zov_smlCnvFromZOVZoneType(zov_fzs_zone_type_e type);
+
 #ifdef __cplusplus
 } /* extern "C" */
 #endif

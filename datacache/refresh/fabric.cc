@@ -3,11 +3,11 @@
 #include <vector>
 
 #include "common/numbers.h"
+#include "common/uptime.h"
 #include "datacache/DataCache.h"
 #include "datacache/SmlEntries.h"
 #include "datacache/refresh/failure.h"
 #include "foundation/cim_log.h"
-#include "platform/host.h"
 
 namespace {
 
@@ -16,13 +16,7 @@ constexpr const char *kOutOfReach = "255";
 constexpr const char *kLocal = "0";
 
 /// A name server that needs longer than this to refuse is not asked again.
-constexpr long long kPatience = 10; // seconds
-
-long long uptimeNow() {
-    long seconds = 0;
-    uptime(&seconds);
-    return seconds;
-}
+constexpr long kPatience = 10; // seconds
 
 /// Logs a line about a switch; `format` takes its name, or what the switch library gave for its name.
 __attribute__((format(printf, 1, 0))) void logSwitch(const char *format, const std::string &name) {
@@ -285,7 +279,7 @@ bool DataCache::_loadSwitchPorts(SwitchCache &remote) const {
     const auto domain = static_cast<unsigned>(remote._domain_id);
     SmlEntries entries;
     const int countRow = entries.add("Oper.TopologyAll.%u.PortEntries", domain);
-    const long long before = uptimeNow();
+    const long before = uptimeNow();
     if (!entries.read(_hSwitch))
         return false;
     if (entries[countRow].failed()) {

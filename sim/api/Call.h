@@ -67,6 +67,7 @@ struct Call {
 template <class Result, class Serve, class HandOutNothing, class Describe>
 Result pass(Endpoint &endpoint, Call &call, const Serve &serve, const HandOutNothing &handOutNothing,
             const Describe &describe) {
+    endpoint.nameLists.expire();
     const Verdict verdict = endpoint.faults.judge({call.name, call.keys, call.reads});
     if (verdict.delay.count() > 0)
         endpoint.pause(verdict.delay);

@@ -6,6 +6,7 @@
 #include "sim/core/Registry.h"
 #include "sim/model/NameServer.h"
 #include "sim/model/Profile.h"
+#include "sim/zoning/Objects.h"
 
 namespace sim {
 
@@ -78,6 +79,22 @@ public:
     std::vector<Link> links() const override { return _endpoint->device.inspect(linksOf); }
     std::vector<NameServerEntry> nameServer() const override { return _endpoint->device.inspect(nameServerOf); }
 
+    ZoningDatabase zoning() const override { return shownDatabase(*_endpoint->device.zoning().defined.database); }
+    ZoningDatabase activeZoning() const override { return shownDatabase(*_endpoint->device.zoning().active.database); }
+    void setZoning(const ZoningDatabase &database, Notify notify) override {
+        operate([&](Switch &device) { return sim::setZoning(device, database); }, notify);
+    }
+    void activateZoneset(const std::string &name, Notify notify) override {
+        operate([&](Switch &device) { return sim::activateZoneset(device, name); }, notify);
+    }
+    void setZoningLimits(const zov_fzs_zoninglimits_s &limits) override {
+        operate([&](Switch &device) { return sim::setZoningLimits(device, limits); }, Notify::no);
+    }
+    uint32_t zoningLockHolder() const override { return _endpoint->device.zoningLockHolder(); }
+    void holdZoningLockElsewhere(bool hold) override { _endpoint->device.holdZoningLockElsewhere(hold); }
+    ZoningObjectCounts zoningObjects() const override { return Objects::instance().liveCounts(); }
+    std::vector<std::string> misuses() const override { return _endpoint->misuses.all(); }
+
     long uptime() const override { return static_cast<long>(_endpoint->device.uptime().count()); }
     void passTime(std::chrono::seconds time) override { _endpoint->device.passTime(time); }
 
@@ -97,6 +114,7 @@ public:
     uint32_t adminModeHolder() const override { return _endpoint->device.adminModeHolder(); }
     void holdAdminModeElsewhere(bool hold) override { _endpoint->device.holdAdminModeElsewhere(hold); }
     unsigned connectionCount() const override { return _endpoint->connections; }
+    void restart() override { _endpoint->device.restart(); }
 
 private:
     template <class Operation> void operate(const Operation &operation, Notify notify) {

@@ -52,15 +52,16 @@ void answer(const KeyFault &fault, SmlMessage &message) {
         putValue(message, *fault.value);
 }
 
-/// The messages that the switch is to serve; the levers have answered the others.
-std::vector<SmlMessage *> messagesToServe(const Verdict &verdict, SmlMessage *messages, int32_t count) {
-    std::vector<SmlMessage *> served;
-    for (int32_t i = 0; i < count; ++i)
-        if (const KeyFault *fault = faultOf(verdict, static_cast<size_t>(i)))
+/// The messages as the switch is to serve them, those of the levers answered.
+std::vector<Request> requestsOf(const Verdict &verdict, SmlMessage *messages, int32_t count) {
+    std::vector<Request> requests;
+    for (int32_t i = 0; i < count; ++i) {
+        const KeyFault *fault = faultOf(verdict, static_cast<size_t>(i));
+        if (fault)
             answer(*fault, messages[i]);
-        else
-            served.push_back(&messages[i]);
-    return served;
+        requests.push_back({&messages[i], fault != nullptr});
+    }
+    return requests;
 }
 
 /// A failed read leaves a value that nobody wrote, and a command has none: neither is looked at.
@@ -85,7 +86,7 @@ template <class ServeAll> int32_t batch(Call call, SmlMessage *messages, int32_t
     const auto serve = [&](Endpoint &endpoint, const Verdict &verdict) -> int32_t {
         if (!messages || count < 1)
             return kBadArgument;
-        serveAll(endpoint, messagesToServe(verdict, messages, count));
+        serveAll(endpoint, requestsOf(verdict, messages, count));
         handled = true;
         return kOk;
     };
@@ -123,7 +124,7 @@ int32_t zov_smlGetBatch(zov_handle_t handle, SmlMessage *messages, int32_t count
     return guarded<int32_t>([&] {
         return batch(
             {"zov_smlGetBatch", handle, keysOf(messages, count), true}, messages, count,
-            [](Endpoint &endpoint, const std::vector<SmlMessage *> &served) { endpoint.device.getAll(served); });
+            [](Endpoint &endpoint, const std::vector<Request> &requests) { endpoint.device.getAll(requests); });
     });
 }
 
@@ -137,8 +138,10 @@ int32_t zov_smlSet(zov_handle_t handle, const char *key, char *value) {
             if (!key || !value)
                 return kBadArgument;
             value[0] = '\0';
-            if (const KeyFault *fault = faultOf(verdict, 0))
+            if (const KeyFault *fault = faultOf(verdict, 0)) {
+                endpoint.device.takeNote(handle, call.keys[0], fault->status);
                 return fault->status;
+            }
             return call.keys[0].size() < kKeyLimit ? endpoint.device.set(handle, call.keys[0], text) : kBadKey;
         };
         return passOnConnection(call, serve, nothing, [&](Record &record) {
@@ -151,8 +154,8 @@ int32_t zov_smlSet(zov_handle_t handle, const char *key, char *value) {
 int32_t zov_smlSetBatch(zov_handle_t handle, SmlMessage *messages, int32_t count) {
     return guarded<int32_t>([&] {
         return batch({"zov_smlSetBatch", handle, keysOf(messages, count)}, messages, count,
-                     [handle](Endpoint &endpoint, const std::vector<SmlMessage *> &served) {
-                         endpoint.device.setAll(handle, served);
+                     [handle](Endpoint &endpoint, const std::vector<Request> &requests) {
+                         endpoint.device.setAll(handle, requests);
                      });
     });
 }

@@ -1,8 +1,8 @@
 // The C interface: the zoning database of the switch.
 
 #include "sim/api/Call.h"
+#include "sim/zoning/Fetch.h"
 #include "sim/zoning/Names.h"
-#include "sim/zoning/Objects.h"
 
 using namespace sim;
 
@@ -31,6 +31,22 @@ int32_t fetchZoneset(const char *call, zov_handle_t handle, void **zoneset, cons
     });
 }
 
+/// Hands out a zone set of the database, or of the active half of it.
+int32_t fetchNamed(const ZoneDatabase &database, const std::string &name, void **zoneset) {
+    const StoredZoneSet *stored = database.zonesets.find(name);
+    if (!stored)
+        return kNotFound;
+    *zoneset = pointerOf(makeZoneSet(name, contentsOf(database, *stored)));
+    return kOk;
+}
+
+std::vector<std::string> zonesetNames(const ZoneDatabase &database) {
+    std::vector<std::string> names;
+    for (const StoredZoneSet &zoneset : database.zonesets)
+        names.push_back(zoneset.name);
+    return names;
+}
+
 } // namespace
 
 extern "C" {
@@ -49,7 +65,7 @@ int32_t zov_fzsGetActiveZonesetName(zov_handle_t handle, char *name) {
     const auto serve = [&](const Endpoint &endpoint, const Verdict &) -> int32_t {
         if (!name)
             return kBadArgument;
-        putName(name, endpoint.device.zoning().activeZoneset);
+        putName(name, activeName(endpoint.device.zoning()));
         return kOk;
     };
     return passOnConnection({"zov_fzsGetActiveZonesetName", handle}, serve, nothing, [](Record &) {});
@@ -57,18 +73,19 @@ int32_t zov_fzsGetActiveZonesetName(zov_handle_t handle, char *name) {
 
 int32_t zov_fzsGetActiveZoneset(zov_handle_t handle, void **zoneset) {
     return guarded<int32_t>([&] {
-        return fetchZoneset("zov_fzsGetActiveZoneset", handle, zoneset, "",
-                            [](const Zoning &) -> int32_t { return kNotFound; });
+        return fetchZoneset("zov_fzsGetActiveZoneset", handle, zoneset, "", [&](const Zoning &zoning) {
+            return fetchNamed(*zoning.active.database, activeName(zoning), zoneset);
+        });
     });
 }
 
 int32_t zov_fzsGetZonesetList(zov_handle_t handle, int32_t *count, char **names) {
-    static char noNames[kLongestName + 1];
-    const auto serve = [&](const Endpoint &, const Verdict &) -> int32_t {
+    const auto serve = [&](Endpoint &endpoint, const Verdict &) -> int32_t {
         if (!count || !names)
             return kBadArgument;
-        *count = 0;
-        *names = noNames;
+        const std::vector<std::string> list = zonesetNames(*endpoint.device.zoning().defined.database);
+        *names = endpoint.nameLists.handOut(list);
+        *count = static_cast<int32_t>(list.size());
         return kOk;
     };
     return passOnConnection({"zov_fzsGetZonesetList", handle}, serve, nothing, [](Record &) {});
@@ -76,8 +93,12 @@ int32_t zov_fzsGetZonesetList(zov_handle_t handle, int32_t *count, char **names)
 
 int32_t zov_fzsGetZoneset(zov_handle_t handle, const char *name, void **zoneset) {
     return guarded<int32_t>([&] {
-        return fetchZoneset("zov_fzsGetZoneset", handle, zoneset, shown(name),
-                            [&](const Zoning &) -> int32_t { return name ? kNotFound : kBadArgument; });
+        return fetchZoneset("zov_fzsGetZoneset", handle, zoneset, shown(name), [&](const Zoning &zoning) -> int32_t {
+            const std::optional<std::string> text = nameFrom(name);
+            if (!text)
+                return name ? kNotFound : kBadArgument;
+            return fetchNamed(*zoning.defined.database, *text, zoneset);
+        });
     });
 }
 
@@ -85,11 +106,11 @@ int32_t zov_fzsGetZoneset(zov_handle_t handle, const char *name, void **zoneset)
 int32_t zov_fzsGetAllZonesAndAliases(zov_handle_t handle, const char *newName, void **zoneset) {
     return guarded<int32_t>([&] {
         return fetchZoneset("zov_fzsGetAllZonesAndAliases", handle, zoneset, shown(newName),
-                            [&](const Zoning &) -> int32_t {
+                            [&](const Zoning &zoning) -> int32_t {
                                 const std::optional<std::string> name = nameFrom(newName);
                                 if (!name)
                                     return newName ? kBadName : kBadArgument;
-                                *zoneset = pointerOf(Objects::instance().createZoneSet(*name));
+                                *zoneset = pointerOf(makeZoneSet(*name, contentsOf(*zoning.defined.database)));
                                 return kOk;
                             });
     });

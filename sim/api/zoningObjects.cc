@@ -3,28 +3,12 @@
 
 #include <cstring>
 
-#include "sim/api/Call.h"
+#include "sim/api/ObjectCall.h"
 #include "sim/zoning/Names.h"
-#include "sim/zoning/Objects.h"
 
 using namespace sim;
 
 namespace {
-
-/// `arguments` is asked before the call: some calls destroy what they are about.
-template <class Result, class Arguments, class Serve>
-Result onObjects(const char *name, const Arguments &arguments, const Serve &serve) {
-    return guarded<Result>([&]() -> Result {
-        const std::shared_ptr<Endpoint> endpoint = Registry::instance().newest();
-        if (!endpoint)
-            return serve(Objects::instance());
-        const std::string text = endpoint->recorder.isOn() ? arguments() : "";
-        Call call{name};
-        return pass<Result>(
-            *endpoint, call, [&](const Verdict &) { return serve(Objects::instance()); }, nothing,
-            [&](Record &record) { record.arguments = text; });
-    });
-}
 
 void *created(ObjectNumber number) {
     return pointerOf(number);
@@ -92,7 +76,7 @@ extern "C" {
 
 int32_t zov_ZonesetTestName(const char *name) {
     return onObjects<int32_t>(
-        "zov_ZonesetTestName", [&] { return shownAll(name); },
+        "zov_ZonesetTestName", {}, [&] { return shownAll(name); },
         [&](Objects &) -> int32_t {
             const std::optional<std::string> text = nameFrom(name);
             if (!name)
@@ -103,7 +87,7 @@ int32_t zov_ZonesetTestName(const char *name) {
 
 void *zov_ZonesetCreate(const char *name) {
     return onObjects<void *>(
-        "zov_ZonesetCreate", [&] { return shownAll(name); },
+        "zov_ZonesetCreate", {}, [&] { return shownAll(name); },
         [&](Objects &objects) {
             return createNamed(name, [&](const std::string &text) { return objects.createZoneSet(text); });
         });
@@ -111,13 +95,13 @@ void *zov_ZonesetCreate(const char *name) {
 
 int32_t zov_ZonesetDestroy(void *zoneset) {
     return onObjects<int32_t>(
-        "zov_ZonesetDestroy", [&] { return shownAll(zoneset); },
+        "zov_ZonesetDestroy", {aSet(zoneset)}, [&] { return shownAll(zoneset); },
         [&](Objects &objects) { return objects.destroyZoneSet(numberOf(zoneset)); });
 }
 
 int32_t zov_ZonesetGetName(void *zoneset, char *name) {
     return onObjects<int32_t>(
-        "zov_ZonesetGetName", [&] { return shownAll(zoneset); },
+        "zov_ZonesetGetName", {aSet(zoneset)}, [&] { return shownAll(zoneset); },
         [&](Objects &objects) {
             return readName(name, [&](std::string &text) { return objects.zoneSetName(numberOf(zoneset), text); });
         });
@@ -125,31 +109,31 @@ int32_t zov_ZonesetGetName(void *zoneset, char *name) {
 
 int32_t zov_ZonesetGetZoneCount(void *zoneset) {
     return onObjects<int32_t>(
-        "zov_ZonesetGetZoneCount", [&] { return shownAll(zoneset); },
+        "zov_ZonesetGetZoneCount", {aSet(zoneset)}, [&] { return shownAll(zoneset); },
         [&](Objects &objects) { return countOf(objects.zoneCount(numberOf(zoneset))); });
 }
 
 int32_t zov_ZonesetGetAliasCount(void *zoneset) {
     return onObjects<int32_t>(
-        "zov_ZonesetGetAliasCount", [&] { return shownAll(zoneset); },
+        "zov_ZonesetGetAliasCount", {aSet(zoneset)}, [&] { return shownAll(zoneset); },
         [&](Objects &objects) { return countOf(objects.aliasCount(numberOf(zoneset))); });
 }
 
 void *zov_ZonesetListZones(void *zoneset, int32_t index) {
     return onObjects<void *>(
-        "zov_ZonesetListZones", [&] { return shownAll(zoneset, index); },
+        "zov_ZonesetListZones", {aSet(zoneset)}, [&] { return shownAll(zoneset, index); },
         [&](Objects &objects) { return pointerOf(objects.zoneAt(numberOf(zoneset), index)); });
 }
 
 void *zov_ZonesetListAliases(void *zoneset, int32_t index) {
     return onObjects<void *>(
-        "zov_ZonesetListAliases", [&] { return shownAll(zoneset, index); },
+        "zov_ZonesetListAliases", {aSet(zoneset)}, [&] { return shownAll(zoneset, index); },
         [&](Objects &objects) { return pointerOf(objects.aliasAt(numberOf(zoneset), index)); });
 }
 
 void *zov_ZonesetFindZone(void *zoneset, const char *name) {
     return onObjects<void *>(
-        "zov_ZonesetFindZone", [&] { return shownAll(zoneset, name); },
+        "zov_ZonesetFindZone", {aSet(zoneset)}, [&] { return shownAll(zoneset, name); },
         [&](Objects &objects) -> void * {
             const std::optional<std::string> text = nameFrom(name);
             return text ? pointerOf(objects.findZone(numberOf(zoneset), *text)) : nullptr;
@@ -158,7 +142,7 @@ void *zov_ZonesetFindZone(void *zoneset, const char *name) {
 
 void *zov_ZonesetFindAlias(void *zoneset, const char *name) {
     return onObjects<void *>(
-        "zov_ZonesetFindAlias", [&] { return shownAll(zoneset, name); },
+        "zov_ZonesetFindAlias", {aSet(zoneset)}, [&] { return shownAll(zoneset, name); },
         [&](Objects &objects) -> void * {
             const std::optional<std::string> text = nameFrom(name);
             return text ? pointerOf(objects.findAlias(numberOf(zoneset), *text)) : nullptr;
@@ -167,25 +151,25 @@ void *zov_ZonesetFindAlias(void *zoneset, const char *name) {
 
 int32_t zov_ZonesetAddZone(void *zoneset, void *zone) {
     return onObjects<int32_t>(
-        "zov_ZonesetAddZone", [&] { return shownAll(zoneset, zone); },
+        "zov_ZonesetAddZone", {aSet(zoneset), aZone(zone)}, [&] { return shownAll(zoneset, zone); },
         [&](Objects &objects) { return objects.addZone(numberOf(zoneset), numberOf(zone)); });
 }
 
 int32_t zov_ZonesetAddAlias(void *zoneset, void *alias) {
     return onObjects<int32_t>(
-        "zov_ZonesetAddAlias", [&] { return shownAll(zoneset, alias); },
+        "zov_ZonesetAddAlias", {aSet(zoneset), anAlias(alias)}, [&] { return shownAll(zoneset, alias); },
         [&](Objects &objects) { return objects.addAlias(numberOf(zoneset), numberOf(alias)); });
 }
 
 int32_t zov_ZonesetRemoveZone(void *zoneset, void *zone) {
     return onObjects<int32_t>(
-        "zov_ZonesetRemoveZone", [&] { return shownAll(zoneset, zone); },
+        "zov_ZonesetRemoveZone", {aSet(zoneset), aZone(zone)}, [&] { return shownAll(zoneset, zone); },
         [&](Objects &objects) { return objects.removeZone(numberOf(zoneset), numberOf(zone)); });
 }
 
 int32_t zov_ZonesetRemoveAlias(void *zoneset, void *alias) {
     return onObjects<int32_t>(
-        "zov_ZonesetRemoveAlias", [&] { return shownAll(zoneset, alias); },
+        "zov_ZonesetRemoveAlias", {aSet(zoneset), anAlias(alias)}, [&] { return shownAll(zoneset, alias); },
         [&](Objects &objects) { return objects.removeAlias(numberOf(zoneset), numberOf(alias)); });
 }
 
@@ -193,7 +177,7 @@ int32_t zov_ZonesetRemoveAlias(void *zoneset, void *alias) {
 
 void *zov_ZoneCreate(const char *name) {
     return onObjects<void *>(
-        "zov_ZoneCreate", [&] { return shownAll(name); },
+        "zov_ZoneCreate", {}, [&] { return shownAll(name); },
         [&](Objects &objects) {
             return createNamed(name, [&](const std::string &text) { return objects.createZone(text); });
         });
@@ -202,7 +186,7 @@ void *zov_ZoneCreate(const char *name) {
 /// The copy takes any name that fits.
 void *zov_ZoneCreateCopy(void *zone, const char *newName) {
     return onObjects<void *>(
-        "zov_ZoneCreateCopy", [&] { return shownAll(zone, newName); },
+        "zov_ZoneCreateCopy", {aZone(zone)}, [&] { return shownAll(zone, newName); },
         [&](Objects &objects) -> void * {
             const std::optional<std::string> text = nameFrom(newName);
             return text ? pointerOf(objects.copyZone(numberOf(zone), *text)) : nullptr;
@@ -211,13 +195,13 @@ void *zov_ZoneCreateCopy(void *zone, const char *newName) {
 
 int32_t zov_ZoneDestroy(void *zone) {
     return onObjects<int32_t>(
-        "zov_ZoneDestroy", [&] { return shownAll(zone); },
+        "zov_ZoneDestroy", {aZone(zone)}, [&] { return shownAll(zone); },
         [&](Objects &objects) { return objects.destroyZone(numberOf(zone)); });
 }
 
 int32_t zov_ZoneSetName(void *zone, const char *name) {
     return onObjects<int32_t>(
-        "zov_ZoneSetName", [&] { return shownAll(zone, name); },
+        "zov_ZoneSetName", {aZone(zone)}, [&] { return shownAll(zone, name); },
         [&](Objects &objects) -> int32_t {
             const std::optional<std::string> text = nameFrom(name);
             if (!name)
@@ -228,7 +212,7 @@ int32_t zov_ZoneSetName(void *zone, const char *name) {
 
 int32_t zov_ZoneGetName(void *zone, char *name) {
     return onObjects<int32_t>(
-        "zov_ZoneGetName", [&] { return shownAll(zone); },
+        "zov_ZoneGetName", {aZone(zone)}, [&] { return shownAll(zone); },
         [&](Objects &objects) {
             return readName(name, [&](std::string &text) { return objects.zoneName(numberOf(zone), text); });
         });
@@ -236,31 +220,31 @@ int32_t zov_ZoneGetName(void *zone, char *name) {
 
 int32_t zov_ZoneSetType(void *zone, zov_fzs_zone_type_e type) {
     return onObjects<int32_t>(
-        "zov_ZoneSetType", [&] { return shownAll(zone, static_cast<int32_t>(type)); },
+        "zov_ZoneSetType", {aZone(zone)}, [&] { return shownAll(zone, static_cast<int32_t>(type)); },
         [&](Objects &objects) { return objects.setZoneType(numberOf(zone), type); });
 }
 
 int32_t zov_ZoneGetType(void *zone, zov_fzs_zone_type_e *type) {
     return onObjects<int32_t>(
-        "zov_ZoneGetType", [&] { return shownAll(zone); },
+        "zov_ZoneGetType", {aZone(zone)}, [&] { return shownAll(zone); },
         [&](Objects &objects) { return type ? objects.zoneType(numberOf(zone), *type) : kBadArgument; });
 }
 
 int32_t zov_ZoneGetMemberCount(void *zone) {
     return onObjects<int32_t>(
-        "zov_ZoneGetMemberCount", [&] { return shownAll(zone); },
+        "zov_ZoneGetMemberCount", {aZone(zone)}, [&] { return shownAll(zone); },
         [&](Objects &objects) { return countOf(objects.zoneMemberCount(numberOf(zone))); });
 }
 
 void *zov_ZoneListMembers(void *zone, int32_t index) {
     return onObjects<void *>(
-        "zov_ZoneListMembers", [&] { return shownAll(zone, index); },
+        "zov_ZoneListMembers", {aZone(zone)}, [&] { return shownAll(zone, index); },
         [&](Objects &objects) { return pointerOf(objects.zoneMemberAt(numberOf(zone), index)); });
 }
 
 void *zov_ZoneFindMember(void *zone, zov_fzs_zonemember_type_e type, zov_fzs_memberid_s *id) {
     return onObjects<void *>(
-        "zov_ZoneFindMember", [&] { return shown(zone) + ", " + shownMember(type, id); },
+        "zov_ZoneFindMember", {aZone(zone)}, [&] { return shown(zone) + ", " + shownMember(type, id); },
         [&](Objects &objects) {
             return findMember(type, id,
                               [&](const MemberId &member) { return objects.findZoneMember(numberOf(zone), member); });
@@ -269,13 +253,14 @@ void *zov_ZoneFindMember(void *zone, zov_fzs_zonemember_type_e type, zov_fzs_mem
 
 int32_t zov_ZoneAddMember(void *zone, void *member) {
     return onObjects<int32_t>(
-        "zov_ZoneAddMember", [&] { return shownAll(zone, member); },
+        "zov_ZoneAddMember", {aZone(zone), aMember(member)}, [&] { return shownAll(zone, member); },
         [&](Objects &objects) { return objects.addZoneMember(numberOf(zone), numberOf(member)); });
 }
 
 int32_t zov_ZoneDeleteMember(void *zone, void **member) {
     return onObjects<int32_t>(
-        "zov_ZoneDeleteMember", [&] { return shownAll(zone, member ? *member : nullptr); },
+        "zov_ZoneDeleteMember", {aZone(zone), aMember(member ? *member : nullptr)},
+        [&] { return shownAll(zone, member ? *member : nullptr); },
         [&](Objects &objects) {
             return deleteMember(member,
                                 [&](ObjectNumber number) { return objects.removeZoneMember(numberOf(zone), number); });
@@ -286,7 +271,7 @@ int32_t zov_ZoneDeleteMember(void *zone, void **member) {
 
 void *zov_ZoneAliasCreate(const char *name) {
     return onObjects<void *>(
-        "zov_ZoneAliasCreate", [&] { return shownAll(name); },
+        "zov_ZoneAliasCreate", {}, [&] { return shownAll(name); },
         [&](Objects &objects) {
             return createNamed(name, [&](const std::string &text) { return objects.createAlias(text); });
         });
@@ -294,13 +279,13 @@ void *zov_ZoneAliasCreate(const char *name) {
 
 int32_t zov_ZoneAliasDestroy(void *alias) {
     return onObjects<int32_t>(
-        "zov_ZoneAliasDestroy", [&] { return shownAll(alias); },
+        "zov_ZoneAliasDestroy", {anAlias(alias)}, [&] { return shownAll(alias); },
         [&](Objects &objects) { return objects.destroyAlias(numberOf(alias)); });
 }
 
 int32_t zov_ZoneAliasGetName(void *alias, char *name) {
     return onObjects<int32_t>(
-        "zov_ZoneAliasGetName", [&] { return shownAll(alias); },
+        "zov_ZoneAliasGetName", {anAlias(alias)}, [&] { return shownAll(alias); },
         [&](Objects &objects) {
             return readName(name, [&](std::string &text) { return objects.aliasName(numberOf(alias), text); });
         });
@@ -308,19 +293,19 @@ int32_t zov_ZoneAliasGetName(void *alias, char *name) {
 
 int32_t zov_ZoneAliasGetMemberCount(void *alias) {
     return onObjects<int32_t>(
-        "zov_ZoneAliasGetMemberCount", [&] { return shownAll(alias); },
+        "zov_ZoneAliasGetMemberCount", {anAlias(alias)}, [&] { return shownAll(alias); },
         [&](Objects &objects) { return countOf(objects.aliasMemberCount(numberOf(alias))); });
 }
 
 void *zov_ZoneAliasListMembers(void *alias, int32_t index) {
     return onObjects<void *>(
-        "zov_ZoneAliasListMembers", [&] { return shownAll(alias, index); },
+        "zov_ZoneAliasListMembers", {anAlias(alias)}, [&] { return shownAll(alias, index); },
         [&](Objects &objects) { return pointerOf(objects.aliasMemberAt(numberOf(alias), index)); });
 }
 
 void *zov_ZoneAliasFindMember(void *alias, zov_fzs_zonemember_type_e type, zov_fzs_memberid_s *id) {
     return onObjects<void *>(
-        "zov_ZoneAliasFindMember", [&] { return shown(alias) + ", " + shownMember(type, id); },
+        "zov_ZoneAliasFindMember", {anAlias(alias)}, [&] { return shown(alias) + ", " + shownMember(type, id); },
         [&](Objects &objects) {
             return findMember(type, id,
                               [&](const MemberId &member) { return objects.findAliasMember(numberOf(alias), member); });
@@ -329,13 +314,14 @@ void *zov_ZoneAliasFindMember(void *alias, zov_fzs_zonemember_type_e type, zov_f
 
 int32_t zov_ZoneAliasAddMember(void *alias, void *member) {
     return onObjects<int32_t>(
-        "zov_ZoneAliasAddMember", [&] { return shownAll(alias, member); },
+        "zov_ZoneAliasAddMember", {anAlias(alias), aMember(member)}, [&] { return shownAll(alias, member); },
         [&](Objects &objects) { return objects.addAliasMember(numberOf(alias), numberOf(member)); });
 }
 
 int32_t zov_ZoneAliasDeleteMember(void *alias, void **member) {
     return onObjects<int32_t>(
-        "zov_ZoneAliasDeleteMember", [&] { return shownAll(alias, member ? *member : nullptr); },
+        "zov_ZoneAliasDeleteMember", {anAlias(alias), aMember(member ? *member : nullptr)},
+        [&] { return shownAll(alias, member ? *member : nullptr); },
         [&](Objects &objects) {
             return deleteMember(
                 member, [&](ObjectNumber number) { return objects.removeAliasMember(numberOf(alias), number); });
@@ -346,7 +332,7 @@ int32_t zov_ZoneAliasDeleteMember(void *alias, void **member) {
 
 void *zov_MemberCreate(zov_fzs_zonemember_type_e type, zov_fzs_memberid_s *id) {
     return onObjects<void *>(
-        "zov_MemberCreate", [&] { return shownMember(type, id); },
+        "zov_MemberCreate", {}, [&] { return shownMember(type, id); },
         [&](Objects &objects) -> void * {
             const std::optional<MemberId> member = memberFrom(type, id);
             spend(id);
@@ -356,13 +342,13 @@ void *zov_MemberCreate(zov_fzs_zonemember_type_e type, zov_fzs_memberid_s *id) {
 
 int32_t zov_MemberDestroy(void *member) {
     return onObjects<int32_t>(
-        "zov_MemberDestroy", [&] { return shownAll(member); },
+        "zov_MemberDestroy", {aMember(member)}, [&] { return shownAll(member); },
         [&](Objects &objects) { return objects.destroyMember(numberOf(member)); });
 }
 
 int32_t zov_MemberGetAttr(void *member, zov_fzs_zonemember_type_e *type, void *attribute) {
     return onObjects<int32_t>(
-        "zov_MemberGetAttr", [&] { return shownAll(member); },
+        "zov_MemberGetAttr", {aMember(member)}, [&] { return shownAll(member); },
         [&](Objects &objects) -> int32_t {
             if (!type || !attribute)
                 return kBadArgument;
@@ -378,7 +364,7 @@ int32_t zov_MemberGetAttr(void *member, zov_fzs_zonemember_type_e *type, void *a
 
 int32_t zov_strToMemberIdentifier(const char *text, zov_fzs_zonemember_type_e type, zov_fzs_memberid_s *id) {
     return onObjects<int32_t>(
-        "zov_strToMemberIdentifier", [&] { return shownAll(text, static_cast<int32_t>(type)); },
+        "zov_strToMemberIdentifier", {}, [&] { return shownAll(text, static_cast<int32_t>(type)); },
         [&](Objects &) -> int32_t {
             if (!text || !id)
                 return kBadArgument;

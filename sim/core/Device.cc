@@ -43,12 +43,16 @@ int32_t Device::get(const std::string &key, std::string &value) {
 
 int32_t Device::set(zov_handle_t client, const std::string &key, const std::string &value) {
     const std::lock_guard<std::mutex> lock(_mutex);
-    return setLocked(client, key, value);
+    const int32_t status = setLocked(client, key, value);
+    takeNoteLocked(client, key, status);
+    return status;
 }
 
-void Device::getAll(const std::vector<SmlMessage *> &messages) {
+void Device::getAll(const std::vector<Request> &requests) {
     const std::lock_guard<std::mutex> lock(_mutex);
-    for (SmlMessage *message : messages) {
+    for (const auto &[message, isAnswered] : requests) {
+        if (isAnswered)
+            continue;
         std::string value;
         message->status = hasTerminatedKey(*message) ? getLocked(keyOf(*message), value) : kBadKey;
         if (message->status == kOk)
@@ -56,11 +60,25 @@ void Device::getAll(const std::vector<SmlMessage *> &messages) {
     }
 }
 
-void Device::setAll(zov_handle_t client, const std::vector<SmlMessage *> &messages) {
+void Device::setAll(zov_handle_t client, const std::vector<Request> &requests) {
     const std::lock_guard<std::mutex> lock(_mutex);
-    for (SmlMessage *message : messages)
-        message->status =
-            hasTerminatedKey(*message) ? setLocked(client, keyOf(*message), valueToSet(*message)) : kBadKey;
+    for (const auto &[message, isAnswered] : requests) {
+        const std::string key = keyOf(*message);
+        if (!isAnswered)
+            message->status =
+                hasTerminatedKey(*message) ? setLocked(client, key, valueToSet(*message)) : int32_t{kBadKey};
+        takeNoteLocked(client, key, message->status);
+    }
+}
+
+void Device::takeNote(zov_handle_t client, const std::string &key, int32_t status) {
+    const std::lock_guard<std::mutex> lock(_mutex);
+    takeNoteLocked(client, key, status);
+}
+
+void Device::takeNoteLocked(zov_handle_t client, const std::string &key, int32_t status) {
+    if (status != kOk && isZoningKey(key) && _zoningSession.heldBy(client))
+        _zoningSession.spoil();
 }
 
 int32_t Device::getLocked(const std::string &key, std::string &value) {
@@ -75,8 +93,8 @@ int32_t Device::getLocked(const std::string &key, std::string &value) {
 }
 
 int32_t Device::setLocked(zov_handle_t client, const std::string &key, const std::string &value) {
-    if (const Command *command = findCommand(key))
-        return run(client, *command);
+    if (const GivenCommand command = findCommand(key))
+        return run(client, command);
     const Attribute attribute = findAttribute(_switch, key);
     if (!attribute)
         return kNoSuchKey;
@@ -91,8 +109,8 @@ int32_t Device::setLocked(zov_handle_t client, const std::string &key, const std
     return _edit.stage(key, value);
 }
 
-int32_t Device::run(zov_handle_t client, const Command &command) {
-    CommandContext context{client, _admin, _edit};
+int32_t Device::run(zov_handle_t client, const GivenCommand &command) {
+    CommandContext context{client, _admin, _edit, _zoningSession, _switch.zoning};
     const Status status = runCommand(command, context);
     bool changed = false;
     for (const auto &[key, value] : context.running)
@@ -100,6 +118,7 @@ int32_t Device::run(zov_handle_t client, const Command &command) {
             changed |= apply(attribute, key, value, Notify::yes);
     if (changed && context.changed == Configuration::cim)
         _notifier.send(makeEvent(ZOV_EVENT_CIM_CFG_CHANGE, {0, 0, 0}, "CIM configuration saved"));
+    send(context.announcements);
     return status;
 }
 
@@ -179,17 +198,36 @@ zov_handle_t Device::adminModeHolder() const {
     return _admin.holder();
 }
 
-/// The other client takes admin mode even from a connection that holds it, as an operator at the console can.
+/// The other client takes admin mode even from a connection that holds it, as an operator at the console can. What
+/// admin mode gave the connection ends with it.
 void Device::holdAdminModeElsewhere(bool hold) {
     const std::lock_guard<std::mutex> lock(_mutex);
     if (hold == _admin.heldBy(kOtherClient))
         return;
-    if (!hold)
-        _admin.force(0);
-    else {
-        _admin.force(kOtherClient);
+    if (hold) {
         _edit.drop();
+        if (!_zoningSession.heldBy(kOtherClient))
+            _zoningSession.force(0);
     }
+    _admin.force(hold ? kOtherClient : 0);
+}
+
+zov_handle_t Device::zoningLockHolder() const {
+    const std::lock_guard<std::mutex> lock(_mutex);
+    return _zoningSession.holder();
+}
+
+void Device::holdZoningLockElsewhere(bool hold) {
+    const std::lock_guard<std::mutex> lock(_mutex);
+    if (hold != _zoningSession.heldBy(kOtherClient))
+        _zoningSession.force(hold ? kOtherClient : 0);
+}
+
+void Device::restart() {
+    const std::lock_guard<std::mutex> lock(_mutex);
+    _admin.force(0);
+    _edit.drop();
+    _zoningSession.force(0);
 }
 
 } // namespace sim

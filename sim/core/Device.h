@@ -24,6 +24,12 @@
 
 namespace sim {
 
+/// A message of a batch. What the levers have answered is not served.
+struct Request {
+    SmlMessage *message;
+    bool isAnswered;
+};
+
 class Device {
 public:
     Device(Switch state, Notifier &notifier) : _notifier(notifier), _switch(std::move(state)) {}
@@ -35,8 +41,10 @@ public:
     /// Sets one key or runs one command.
     int32_t set(zov_handle_t client, const std::string &key, const std::string &value);
     /// The same for the messages of a batch, all in one step; every message is handled.
-    void getAll(const std::vector<SmlMessage *> &messages);
-    void setAll(zov_handle_t client, const std::vector<SmlMessage *> &messages);
+    void getAll(const std::vector<Request> &requests);
+    void setAll(zov_handle_t client, const std::vector<Request> &requests);
+    /// Takes note of what a client was answered about a key it set: a zoning edit does not survive a refusal.
+    void takeNote(zov_handle_t client, const std::string &key, int32_t status);
 
     Zoning zoning() const;
 
@@ -58,11 +66,15 @@ public:
 
     zov_handle_t adminModeHolder() const;
     void holdAdminModeElsewhere(bool hold);
+    zov_handle_t zoningLockHolder() const;
+    void holdZoningLockElsewhere(bool hold);
+    void restart();
 
 private:
     int32_t getLocked(const std::string &key, std::string &value);
     int32_t setLocked(zov_handle_t client, const std::string &key, const std::string &value);
-    int32_t run(zov_handle_t client, const Command &command);
+    void takeNoteLocked(zov_handle_t client, const std::string &key, int32_t status);
+    int32_t run(zov_handle_t client, const GivenCommand &command);
     void advance(std::chrono::seconds time);
     void send(const Announcements &announcements);
     bool apply(const Attribute &attribute, const std::string &key, const std::string &value, Notify notify);
@@ -73,6 +85,7 @@ private:
     std::chrono::seconds _uptime{3600};
     AdminMode _admin;
     ConfigEdit _edit;
+    ZoningSession _zoningSession;
 };
 
 } // namespace sim

@@ -12,9 +12,11 @@
 #include <mutex>
 
 #include "sim/core/Device.h"
+#include "sim/core/Misuses.h"
 #include "sim/core/Notifier.h"
 #include "sim/core/Recorder.h"
 #include "sim/levers/Faults.h"
+#include "sim/zoning/NameLists.h"
 
 namespace sim {
 
@@ -26,6 +28,8 @@ public:
     Faults faults;
     Notifier notifier;
     Device device;
+    Misuses misuses;
+    NameLists nameLists;
     std::atomic<unsigned> connections{0};
 
     /// Lets time pass, but not beyond the end of the switch.

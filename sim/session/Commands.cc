@@ -1,76 +1,115 @@
 #include "sim/session/Commands.h"
 
+#include <optional>
+
+#include "sim/session/ZoningCommands.h"
+
 namespace sim {
 
 namespace {
 
-Status requestAdmin(CommandContext &context) {
+Status requestAdmin(CommandContext &context, const Arguments &) {
     return context.admin.request(context.client);
 }
 
-/// An edit is open only as long as its editor holds admin mode.
-Status releaseAdmin(CommandContext &context) {
+/// Edits are open, and the fabric is locked, only as long as the editor holds admin mode.
+Status releaseAdmin(CommandContext &context, const Arguments &) {
     const Status status = context.admin.release(context.client);
-    if (status == kOk)
-        context.edit.drop();
-    return status;
+    if (status != kOk)
+        return status;
+    context.edit.drop();
+    if (context.zoningSession.heldBy(context.client))
+        context.zoningSession.force(0);
+    return kOk;
 }
 
-template <Configuration configuration> Status openEdit(CommandContext &context) {
+template <Configuration configuration> Status openEdit(CommandContext &context, const Arguments &) {
     return context.edit.open(configuration);
 }
 
-template <Configuration configuration> Status cancelEdit(CommandContext &context) {
+template <Configuration configuration> Status cancelEdit(CommandContext &context, const Arguments &) {
     return context.edit.cancel(configuration);
 }
 
-Status saveSwitch(CommandContext &context) {
+Status saveSwitch(CommandContext &context, const Arguments &) {
     return context.edit.saveSwitch();
 }
 
-Status saveCim(CommandContext &context) {
+Status saveCim(CommandContext &context, const Arguments &) {
     context.changed = Configuration::cim;
     return context.edit.saveCim(context.running);
 }
 
-Status activateSwitch(CommandContext &context) {
+Status activateSwitch(CommandContext &context, const Arguments &) {
     context.changed = Configuration::wholeSwitch;
     return context.edit.activate(context.running);
 }
 
 constexpr Command kCommands[] = {
-    {"Cmd.Switch.ReqAdmin", false, requestAdmin},
-    {"Cmd.Switch.RelAdmin", false, releaseAdmin},
-    {"Cmd.Switch.CancelAdmin", false, releaseAdmin},
-    {"Cmd.Switch.EditConfig", true, openEdit<Configuration::wholeSwitch>},
-    {"Cmd.Switch.SaveConfig", true, saveSwitch},
-    {"Cmd.Switch.ActConfig", true, activateSwitch},
-    {"Cmd.Switch.CancelConfig", true, cancelEdit<Configuration::wholeSwitch>},
-    {"Cmd.Cim.EditConfig", true, openEdit<Configuration::cim>},
-    {"Cmd.Cim.SaveConfig", true, saveCim},
-    {"Cmd.Cim.CancelConfig", true, cancelEdit<Configuration::cim>},
+    {"Cmd.Switch.ReqAdmin", Needs::nothing, requestAdmin},
+    {"Cmd.Switch.RelAdmin", Needs::nothing, releaseAdmin},
+    {"Cmd.Switch.CancelAdmin", Needs::nothing, releaseAdmin},
+    {"Cmd.Switch.EditConfig", Needs::admin, openEdit<Configuration::wholeSwitch>},
+    {"Cmd.Switch.SaveConfig", Needs::admin, saveSwitch},
+    {"Cmd.Switch.ActConfig", Needs::admin, activateSwitch},
+    {"Cmd.Switch.CancelConfig", Needs::admin, cancelEdit<Configuration::wholeSwitch>},
+    {"Cmd.Cim.EditConfig", Needs::admin, openEdit<Configuration::cim>},
+    {"Cmd.Cim.SaveConfig", Needs::admin, saveCim},
+    {"Cmd.Cim.CancelConfig", Needs::admin, cancelEdit<Configuration::cim>},
 };
+
+/// What the placeholders of a pattern stand for in a key; none when the key is not of the pattern.
+std::optional<Arguments> match(std::string_view pattern, std::string_view key) {
+    constexpr char kPlaceholder = '%';
+    constexpr size_t kPlaceholderSize = 2; // "%s"
+    Arguments arguments;
+    for (std::string &argument : arguments) {
+        const size_t fixed = pattern.find(kPlaceholder);
+        if (fixed == std::string_view::npos)
+            break;
+        if (key.substr(0, fixed) != pattern.substr(0, fixed))
+            return std::nullopt;
+        key.remove_prefix(fixed);
+        pattern.remove_prefix(fixed + kPlaceholderSize);
+        const std::string_view text = key.substr(0, key.find('.'));
+        argument = text;
+        key.remove_prefix(text.size());
+    }
+    return key == pattern ? std::optional<Arguments>(arguments) : std::nullopt;
+}
+
+template <class Table> GivenCommand findIn(const Table &commands, std::string_view key) {
+    for (const Command &command : commands)
+        if (const std::optional<Arguments> arguments = match(command.pattern, key))
+            return {&command, *arguments};
+    return {};
+}
+
+/// What the client lacks for a command.
+Status lackedFor(Needs needs, const CommandContext &context) {
+    if (needs >= Needs::admin && !context.admin.heldBy(context.client))
+        return kAdminRequired;
+    if (needs >= Needs::zoningLock && !context.zoningSession.heldBy(context.client))
+        return kLockRequired;
+    if (needs >= Needs::zoningEdit && !context.zoningSession.isOpen())
+        return kEditRequired;
+    return kOk;
+}
 
 } // namespace
 
-const Command *findCommand(std::string_view key) {
-    for (const Command &command : kCommands)
-        if (key == command.key)
-            return &command;
-    return nullptr;
+GivenCommand findCommand(std::string_view key) {
+    return isZoningKey(key) ? findIn(zoningCommands(), key) : findIn(kCommands, key);
 }
 
-Status runCommand(const Command &command, CommandContext &context) {
-    if (command.needsAdmin && !context.admin.heldBy(context.client))
-        return kAdminRequired;
-    return command.run(context);
+Status runCommand(const GivenCommand &command, CommandContext &context) {
+    const Status lacked = lackedFor(command.row->needs, context);
+    return lacked == kOk ? command.row->run(context, command.arguments) : lacked;
 }
 
-std::vector<const char *> allCommands() {
-    std::vector<const char *> keys;
-    for (const Command &command : kCommands)
-        keys.push_back(command.key);
-    return keys;
+bool isZoningKey(std::string_view key) {
+    constexpr std::string_view kBranch = "Cmd.Zoning.";
+    return key.substr(0, kBranch.size()) == kBranch;
 }
 
 } // namespace sim

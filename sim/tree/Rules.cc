@@ -121,6 +121,10 @@ constexpr Rule kCountRule = {[](const std::string &value) { return isNumberBetwe
 constexpr Rule kSensorsRule = {[](const std::string &value) { return value.empty() || isNumberBetween(value, 0, 255); },
                                "0 to 255, or nothing"};
 
+constexpr Rule kChecksumRule = {
+    [](const std::string &value) { return !value.empty() && value.size() <= 8 && isHexadecimal(value, value.size()); },
+    "1 to 8 hexadecimal digits"};
+
 constexpr Rule kTextRule = {
     [](const std::string &value) { return value.size() <= kLongestValue && value.find('\0') == std::string::npos; },
     "a text of at most 255 characters"};

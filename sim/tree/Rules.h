@@ -32,6 +32,7 @@ extern const Rule kWwnRule;         ///< 16 hexadecimal digits
 extern const Rule kDomainRule;      ///< 1 to 239
 extern const Rule kCountRule;       ///< 0 to 255
 extern const Rule kSensorsRule;     ///< 0 to 255, or nothing
+extern const Rule kChecksumRule;    ///< up to 8 hexadecimal digits
 extern const Rule kTextRule;        ///< any text that fits
 extern const Rule kDerivedRule;     ///< no value at all: the attribute follows from others
 

@@ -1,5 +1,6 @@
 #include "sim/zoning/MemberId.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "sim/tree/Rules.h"
@@ -90,12 +91,18 @@ std::string aliasName(const zov_fzs_memberid_s &id) {
     return {name, strnlen(name, sizeof id.u.byte)};
 }
 
-std::string hexText(const zov_fzs_memberid_s &id, size_t count) {
-    constexpr const char *digits = "0123456789abcdef";
+std::string hexText(const zov_fzs_memberid_s &id, size_t count, const char *digits) {
     std::string text;
     for (size_t i = 0; i < count; ++i)
         text.append(1, digits[id.u.byte[i] >> 4]).append(1, digits[id.u.byte[i] & 15]);
     return text;
+}
+
+constexpr const char *kSmallDigits = "0123456789abcdef";
+constexpr const char *kCapitalDigits = "0123456789ABCDEF";
+
+std::string domainPortText(const zov_fzs_memberid_s &id) {
+    return std::to_string(id.u.word[0]) + ":" + std::to_string(id.u.word[1]);
 }
 
 /// The types of member there are; how many bytes tell their members apart, 0 for a text.
@@ -160,8 +167,38 @@ std::string describe(const MemberId &member) {
     if (member.type == ZOV_ZMT_ALIAS)
         return text + aliasName(member.id);
     if (member.type == ZOV_ZMT_DOMAINPORT)
-        return text + std::to_string(member.id.u.word[0]) + ":" + std::to_string(member.id.u.word[1]);
-    return text + hexText(member.id, known->bytes);
+        return text + domainPortText(member.id);
+    return text + hexText(member.id, known->bytes, kSmallDigits);
+}
+
+std::string textOf(const MemberId &member) {
+    const MemberType *known = findType(member.type);
+    if (!known || !known->parse)
+        return "";
+    if (member.type == ZOV_ZMT_ALIAS)
+        return aliasName(member.id);
+    if (member.type == ZOV_ZMT_DOMAINPORT)
+        return domainPortText(member.id);
+    return hexText(member.id, known->bytes, kCapitalDigits);
+}
+
+std::optional<MemberId> memberFromDigits(const std::string &text) {
+    if (!std::all_of(text.begin(), text.end(), [](char c) { return hexDigit(c).has_value(); }))
+        return std::nullopt;
+    switch (text.size()) {
+    case 2 * kNameBytes:
+        return parseMember(ZOV_ZMT_PORTWWN, text);
+    case 4:
+        return parseMember(ZOV_ZMT_DOMAINPORT, text);
+    case 2 * kAddressBytes:
+        return parseMember(ZOV_ZMT_FCADDRESS, text);
+    default:
+        return std::nullopt;
+    }
+}
+
+std::string keyOf(const MemberId &member) {
+    return {reinterpret_cast<const char *>(&member), sizeof member};
 }
 
 } // namespace sim

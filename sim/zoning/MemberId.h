@@ -27,6 +27,16 @@ bool operator==(const MemberId &left, const MemberId &right);
 /// or 4 hexadecimal digits; an address: 6 hexadecimal digits; an alias: its name. None for anything else.
 std::optional<MemberId> parseMember(zov_fzs_zonemember_type_e type, const std::string &text);
 
+/// The text that stands for a member, with capital digits; empty for a type that has no text form.
+std::string textOf(const MemberId &member);
+
+/// What a command says of a member that is no alias: 16 hexadecimal digits for a port name, 4 for a domain and port, 6
+/// for an address. None for anything else.
+std::optional<MemberId> memberFromDigits(const std::string &text);
+
+/// A text that only equal members have.
+std::string keyOf(const MemberId &member);
+
 /// For people: "port 2100000000000001", "domain:port 1:10", "address 0a0b0c", "node ...", "alias oak".
 std::string describe(const MemberId &member);
 

@@ -11,6 +11,7 @@
 namespace sim {
 
 constexpr size_t kLongestName = 64;
+constexpr size_t kNameField = kLongestName + 1; ///< what a client keeps for a name
 
 /// What a client passed as a name; none for a null pointer and for a text that is too long.
 std::optional<std::string> nameFrom(const char *text);

@@ -1,6 +1,7 @@
 #include "sim/zoning/Objects.h"
 
 #include <algorithm>
+#include <functional>
 #include <utility>
 
 namespace sim {
@@ -15,12 +16,9 @@ template <class Table> auto *lookUp(Table &table, ObjectNumber number) {
     return found == table.end() ? nullptr : &found->second;
 }
 
-/// What belongs to an object; nothing when there is no such object.
-template <class Table, class List>
-const std::vector<ObjectNumber> &listOf(const Table &table, ObjectNumber number, List list) {
-    static const auto &nothing = *new std::vector<ObjectNumber>;
-    const auto *object = lookUp(table, number);
-    return object ? object->*list : nothing;
+template <class Table> size_t memberCount(const Table &table, ObjectNumber group) {
+    const auto *object = lookUp(table, group);
+    return object ? object->members.size() : 0;
 }
 
 ObjectNumber at(const std::vector<ObjectNumber> &numbers, int32_t index) {
@@ -31,12 +29,35 @@ void eraseNumber(std::vector<ObjectNumber> &numbers, ObjectNumber number) {
     numbers.erase(std::remove(numbers.begin(), numbers.end(), number), numbers.end());
 }
 
+template <class Table> ObjectNumber memberAt(const Table &table, ObjectNumber group, int32_t index) {
+    const auto *object = lookUp(table, group);
+    return object ? at(object->members, index) : 0;
+}
+
 template <class Table> Status nameOf(const Table &table, ObjectNumber number, std::string &name) {
     const auto *object = lookUp(table, number);
     if (!object)
         return kBadObject;
     name = object->name;
     return kOk;
+}
+
+size_t hashOf(const MemberId &id) {
+    return std::hash<std::string>()(keyOf(id));
+}
+
+const char *articleAndName(ObjectKind kind) {
+    switch (kind) {
+    case ObjectKind::zoneSet:
+        return "a zone set";
+    case ObjectKind::zone:
+        return "a zone";
+    case ObjectKind::alias:
+        return "an alias";
+    case ObjectKind::member:
+        break;
+    }
+    return "a member";
 }
 
 } // namespace
@@ -46,9 +67,23 @@ Objects &Objects::instance() {
     return objects;
 }
 
-size_t Objects::liveCount() const {
+ZoningObjectCounts Objects::liveCounts() const {
     const Lock lock(_mutex);
-    return _sets.size() + _zones.size() + _aliases.size() + _members.size();
+    return {_sets.size(), _zones.size(), _aliases.size(), _members.size()};
+}
+
+std::optional<std::string> Objects::misuseOf(ObjectNumber number, ObjectKind needed) const {
+    const Lock lock(_mutex);
+    const std::pair<ObjectKind, bool> kinds[] = {{ObjectKind::zoneSet, lookUp(_sets, number) != nullptr},
+                                                 {ObjectKind::zone, lookUp(_zones, number) != nullptr},
+                                                 {ObjectKind::alias, lookUp(_aliases, number) != nullptr},
+                                                 {ObjectKind::member, lookUp(_members, number) != nullptr}};
+    for (const auto &[kind, isOne] : kinds)
+        if (isOne)
+            return kind == needed ? std::nullopt
+                                  : std::optional<std::string>(std::string("is ") + articleAndName(kind) + ", not " +
+                                                               articleAndName(needed));
+    return number != 0 && number <= _last ? "has been destroyed" : "is no object";
 }
 
 // ---- what all kinds share ------------------------------------------------------------------------------
@@ -59,68 +94,90 @@ template <class Kind> ObjectNumber Objects::create(Table<Kind> &table, Kind obje
 }
 
 template <class Kind>
-Status Objects::link(Table<Kind> &table, Numbers ZoneSet::*list, ObjectNumber set, ObjectNumber group) {
+Status Objects::link(Table<Kind> &table, Parts ZoneSet::*parts, ObjectNumber set, ObjectNumber group) {
     ZoneSet *owner = lookUp(_sets, set);
     Kind *part = lookUp(table, group);
     if (!owner || !part)
         return kBadObject;
     if (part->owner != 0)
         return kLinked;
-    if (findNamed(table, owner->*list, part->name) != 0)
+    if (!(owner->*parts).byName.emplace(part->name, group).second)
         return kDuplicate;
-    (owner->*list).push_back(group);
+    (owner->*parts).numbers.push_back(group);
     part->owner = set;
     return kOk;
 }
 
 template <class Kind>
-Status Objects::unlink(Table<Kind> &table, Numbers ZoneSet::*list, ObjectNumber set, ObjectNumber group) {
+Status Objects::unlink(Table<Kind> &table, Parts ZoneSet::*parts, ObjectNumber set, ObjectNumber group) {
     ZoneSet *owner = lookUp(_sets, set);
     const Kind *part = lookUp(table, group);
     if (!owner || !part)
         return kBadObject;
     if (part->owner != set)
         return kNotFound;
-    eraseNumber(owner->*list, group);
+    (owner->*parts).byName.erase(part->name);
+    eraseNumber((owner->*parts).numbers, group);
     erase(table, group);
     return kOk;
 }
 
-template <class Kind>
-ObjectNumber Objects::findNamed(const Table<Kind> &table, const Numbers &numbers, const std::string &name) const {
-    const auto found = std::find_if(numbers.begin(), numbers.end(),
-                                    [&](ObjectNumber number) { return table.at(number).name == name; });
-    return found == numbers.end() ? 0 : *found;
+ObjectNumber Objects::partAt(Parts ZoneSet::*parts, ObjectNumber set, int32_t index) const {
+    const Lock lock(_mutex);
+    const ZoneSet *owner = lookUp(_sets, set);
+    return owner ? at((owner->*parts).numbers, index) : 0;
 }
 
-template <class Kind>
-ObjectNumber Objects::findInSet(const Table<Kind> &table, Numbers ZoneSet::*list, ObjectNumber set,
-                                const std::string &name) const {
+ObjectNumber Objects::findPart(Parts ZoneSet::*parts, ObjectNumber set, const std::string &name) const {
+    const Lock lock(_mutex);
     const ZoneSet *owner = lookUp(_sets, set);
-    return owner ? findNamed(table, owner->*list, name) : 0;
+    if (!owner)
+        return 0;
+    const auto found = (owner->*parts).byName.find(name);
+    return found == (owner->*parts).byName.end() ? 0 : found->second;
+}
+
+size_t Objects::partCount(Parts ZoneSet::*parts, ObjectNumber set) const {
+    const Lock lock(_mutex);
+    const ZoneSet *owner = lookUp(_sets, set);
+    return owner ? (owner->*parts).numbers.size() : 0;
+}
+
+ObjectNumber Objects::memberIn(const Group &group, const MemberId &id) const {
+    const auto [first, last] = group.byHash.equal_range(hashOf(id));
+    const auto found = std::find_if(first, last, [&](const auto &entry) { return _members.at(entry.second).id == id; });
+    return found == last ? 0 : found->second;
+}
+
+void Objects::linkMember(Group &group, ObjectNumber owner, ObjectNumber member) {
+    Member &part = _members.at(member);
+    group.byHash.emplace(hashOf(part.id), member);
+    group.members.push_back(member);
+    part.owner = owner;
+}
+
+void Objects::unlinkMember(Group &group, ObjectNumber member) {
+    const auto [first, last] = group.byHash.equal_range(hashOf(_members.at(member).id));
+    group.byHash.erase(std::find_if(first, last, [&](const auto &entry) { return entry.second == member; }));
+    eraseNumber(group.members, member);
 }
 
 template <class Kind>
 ObjectNumber Objects::findMember(const Table<Kind> &table, ObjectNumber group, const MemberId &id) const {
     const Kind *owner = lookUp(table, group);
-    if (!owner)
-        return 0;
-    const auto found = std::find_if(owner->members.begin(), owner->members.end(),
-                                    [&](ObjectNumber number) { return _members.at(number).id == id; });
-    return found == owner->members.end() ? 0 : *found;
+    return owner ? memberIn(*owner, id) : 0;
 }
 
 template <class Kind> Status Objects::addMember(Table<Kind> &table, ObjectNumber group, ObjectNumber member) {
     Kind *owner = lookUp(table, group);
-    Member *part = lookUp(_members, member);
+    const Member *part = lookUp(_members, member);
     if (!owner || !part)
         return kBadObject;
     if (part->owner != 0)
         return kLinked;
-    if (findMember(table, group, part->id) != 0)
+    if (memberIn(*owner, part->id) != 0)
         return kDuplicate;
-    owner->members.push_back(member);
-    part->owner = group;
+    linkMember(*owner, group, member);
     return kOk;
 }
 
@@ -131,7 +188,7 @@ template <class Kind> Status Objects::removeMember(Table<Kind> &table, ObjectNum
         return kBadObject;
     if (part->owner != group)
         return kNotFound;
-    eraseNumber(owner->members, member);
+    unlinkMember(*owner, member);
     _members.erase(member);
     return kOk;
 }
@@ -166,9 +223,9 @@ Status Objects::destroyZoneSet(ObjectNumber set) {
     const ZoneSet *object = lookUp(_sets, set);
     if (!object)
         return kBadObject;
-    for (const ObjectNumber zone : object->zones)
+    for (const ObjectNumber zone : object->zones.numbers)
         erase(_zones, zone);
-    for (const ObjectNumber alias : object->aliases)
+    for (const ObjectNumber alias : object->aliases.numbers)
         erase(_aliases, alias);
     _sets.erase(set);
     return kOk;
@@ -180,33 +237,27 @@ Status Objects::zoneSetName(ObjectNumber set, std::string &name) const {
 }
 
 size_t Objects::zoneCount(ObjectNumber set) const {
-    const Lock lock(_mutex);
-    return listOf(_sets, set, &ZoneSet::zones).size();
+    return partCount(&ZoneSet::zones, set);
 }
 
 size_t Objects::aliasCount(ObjectNumber set) const {
-    const Lock lock(_mutex);
-    return listOf(_sets, set, &ZoneSet::aliases).size();
+    return partCount(&ZoneSet::aliases, set);
 }
 
 ObjectNumber Objects::zoneAt(ObjectNumber set, int32_t index) const {
-    const Lock lock(_mutex);
-    return at(listOf(_sets, set, &ZoneSet::zones), index);
+    return partAt(&ZoneSet::zones, set, index);
 }
 
 ObjectNumber Objects::aliasAt(ObjectNumber set, int32_t index) const {
-    const Lock lock(_mutex);
-    return at(listOf(_sets, set, &ZoneSet::aliases), index);
+    return partAt(&ZoneSet::aliases, set, index);
 }
 
 ObjectNumber Objects::findZone(ObjectNumber set, const std::string &name) const {
-    const Lock lock(_mutex);
-    return findInSet(_zones, &ZoneSet::zones, set, name);
+    return findPart(&ZoneSet::zones, set, name);
 }
 
 ObjectNumber Objects::findAlias(ObjectNumber set, const std::string &name) const {
-    const Lock lock(_mutex);
-    return findInSet(_aliases, &ZoneSet::aliases, set, name);
+    return findPart(&ZoneSet::aliases, set, name);
 }
 
 Status Objects::addZone(ObjectNumber set, ObjectNumber zone) {
@@ -251,8 +302,7 @@ ObjectNumber Objects::copyZone(ObjectNumber zone, const std::string &name) {
     for (const ObjectNumber member : members) {
         Member twin;
         twin.id = _members.at(member).id;
-        twin.owner = number;
-        _zones.at(number).members.push_back(create(_members, twin));
+        linkMember(_zones.at(number), number, create(_members, twin));
     }
     return number;
 }
@@ -267,9 +317,13 @@ Status Objects::renameZone(ObjectNumber zone, const std::string &name) {
     Zone *object = lookUp(_zones, zone);
     if (!object)
         return kBadObject;
-    const ObjectNumber namesake = findInSet(_zones, &ZoneSet::zones, object->owner, name);
-    if (namesake != 0 && namesake != zone)
-        return kDuplicate;
+    if (name == object->name)
+        return kOk;
+    if (ZoneSet *owner = lookUp(_sets, object->owner)) {
+        if (!owner->zones.byName.emplace(name, zone).second)
+            return kDuplicate;
+        owner->zones.byName.erase(object->name);
+    }
     object->name = name;
     return kOk;
 }
@@ -332,8 +386,10 @@ Status Objects::destroyMember(ObjectNumber member) {
     const Member *object = lookUp(_members, member);
     if (!object)
         return kBadObject;
-    if (object->owner != 0)
-        return kLinked;
+    if (Zone *zone = lookUp(_zones, object->owner))
+        unlinkMember(*zone, member);
+    if (Alias *alias = lookUp(_aliases, object->owner))
+        unlinkMember(*alias, member);
     _members.erase(member);
     return kOk;
 }
@@ -349,12 +405,12 @@ Status Objects::memberId(ObjectNumber member, MemberId &id) const {
 
 size_t Objects::zoneMemberCount(ObjectNumber zone) const {
     const Lock lock(_mutex);
-    return listOf(_zones, zone, &Zone::members).size();
+    return memberCount(_zones, zone);
 }
 
 ObjectNumber Objects::zoneMemberAt(ObjectNumber zone, int32_t index) const {
     const Lock lock(_mutex);
-    return at(listOf(_zones, zone, &Zone::members), index);
+    return memberAt(_zones, zone, index);
 }
 
 ObjectNumber Objects::findZoneMember(ObjectNumber zone, const MemberId &id) const {
@@ -374,12 +430,12 @@ Status Objects::removeZoneMember(ObjectNumber zone, ObjectNumber member) {
 
 size_t Objects::aliasMemberCount(ObjectNumber alias) const {
     const Lock lock(_mutex);
-    return listOf(_aliases, alias, &Alias::members).size();
+    return memberCount(_aliases, alias);
 }
 
 ObjectNumber Objects::aliasMemberAt(ObjectNumber alias, int32_t index) const {
     const Lock lock(_mutex);
-    return at(listOf(_aliases, alias, &Alias::members), index);
+    return memberAt(_aliases, alias, index);
 }
 
 ObjectNumber Objects::findAliasMember(ObjectNumber alias, const MemberId &id) const {

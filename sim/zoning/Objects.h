@@ -3,25 +3,29 @@
  *
  * An object is a number that is never given out twice; 0 is none. Every operation checks that its numbers
  * are live objects of the right kind. A zone or alias belongs to one zone set at most, a member to one zone
- * or alias at most: what belongs to another object ("linked") is destroyed through that object only, and
- * destroying an object destroys what belongs to it.
+ * or alias at most. Destroying an object destroys what belongs to it. A zone or alias that belongs to a zone set
+ * ("linked") is destroyed through the set only; a member leaves its zone or alias when it is destroyed.
  *
  * There is one store for the process, and it is never destroyed. Thread-safe.
  */
 #ifndef SIM_ZONING_OBJECTS_H
 #define SIM_ZONING_OBJECTS_H
 
-#include <map>
 #include <mutex>
+#include <optional>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
+#include "sim/Simulator.h"
 #include "sim/Status.h"
 #include "sim/zoning/MemberId.h"
 
 namespace sim {
 
 using ObjectNumber = uint32_t;
+
+enum class ObjectKind { zoneSet, zone, alias, member };
 
 class Objects {
 public:
@@ -80,20 +84,29 @@ public:
     Status addAliasMember(ObjectNumber alias, ObjectNumber member);
     Status removeAliasMember(ObjectNumber alias, ObjectNumber member);
 
-    /// How many objects are alive.
-    size_t liveCount() const;
+    // ---- all kinds ---------------------------------------------------------------------------------
+
+    /// Why a number cannot be used where an object of a kind is needed, in words; none when it can.
+    std::optional<std::string> misuseOf(ObjectNumber number, ObjectKind needed) const;
+    ZoningObjectCounts liveCounts() const;
 
 private:
     using Numbers = std::vector<ObjectNumber>;
 
+    /// Parts that have names, in order.
+    struct Parts {
+        Numbers numbers;
+        std::unordered_map<std::string, ObjectNumber> byName;
+    };
     struct ZoneSet {
         std::string name;
-        Numbers zones;
-        Numbers aliases;
+        Parts zones;
+        Parts aliases;
     };
     struct Group { ///< what zones and aliases have in common
         std::string name;
         Numbers members;
+        std::unordered_multimap<size_t, ObjectNumber> byHash; ///< the members, by hashes of their identifiers
         ObjectNumber owner = 0;
     };
     struct Zone : Group {
@@ -104,18 +117,19 @@ private:
         MemberId id;
         ObjectNumber owner = 0;
     };
-    template <class Kind> using Table = std::map<ObjectNumber, Kind>;
+    template <class Kind> using Table = std::unordered_map<ObjectNumber, Kind>;
 
     Objects() = default;
     template <class Kind> ObjectNumber create(Table<Kind> &table, Kind object);
-    template <class Kind> Status link(Table<Kind> &table, Numbers ZoneSet::*list, ObjectNumber set, ObjectNumber group);
+    template <class Kind> Status link(Table<Kind> &table, Parts ZoneSet::*parts, ObjectNumber set, ObjectNumber group);
     template <class Kind>
-    Status unlink(Table<Kind> &table, Numbers ZoneSet::*list, ObjectNumber set, ObjectNumber group);
-    template <class Kind>
-    ObjectNumber findNamed(const Table<Kind> &table, const Numbers &numbers, const std::string &name) const;
-    template <class Kind>
-    ObjectNumber findInSet(const Table<Kind> &table, Numbers ZoneSet::*list, ObjectNumber set,
-                           const std::string &name) const;
+    Status unlink(Table<Kind> &table, Parts ZoneSet::*parts, ObjectNumber set, ObjectNumber group);
+    ObjectNumber partAt(Parts ZoneSet::*parts, ObjectNumber set, int32_t index) const;
+    ObjectNumber findPart(Parts ZoneSet::*parts, ObjectNumber set, const std::string &name) const;
+    size_t partCount(Parts ZoneSet::*parts, ObjectNumber set) const;
+    ObjectNumber memberIn(const Group &group, const MemberId &id) const;
+    void linkMember(Group &group, ObjectNumber owner, ObjectNumber member);
+    void unlinkMember(Group &group, ObjectNumber member);
     template <class Kind>
     ObjectNumber findMember(const Table<Kind> &table, ObjectNumber group, const MemberId &id) const;
     template <class Kind> Status addMember(Table<Kind> &table, ObjectNumber group, ObjectNumber member);

@@ -78,6 +78,7 @@ namespace {
 struct Operation {
     const char *name;
     void (*call)(DataCache &);
+    int times = 1; ///< that it takes the lock
 };
 
 void PrintTo(const Operation &operation, std::ostream *out) {
@@ -87,8 +88,10 @@ void PrintTo(const Operation &operation, std::ostream *out) {
 /// A row for an operation without arguments.
 #define OPERATION(name)                                                                                                \
     Operation {                                                                                                        \
-#name, [](DataCache & cache) { static_cast<void>(cache.name()); }                                              \
+#name, [](DataCache & cache) { static_cast<void>(cache.name()); }, 1                                           \
     }
+
+_ZoneSetTypes kind = ZONESET_INACTIVE; // that a row is handed back
 
 Wwn localName() {
     return Wwn(std::string(support::kSwitchWwn));
@@ -99,7 +102,8 @@ const Operation kLocking[] = {
     OPERATION(startZovlib),
     {"startEventMonitor", [](DataCache &cache) { cache.startEventMonitor(support::recordEvent); }},
     OPERATION(startEvalThread),
-    {"destructor", [](DataCache &cache) { delete &cache; }},
+    // The part that holds the zone sets takes it anew, when nobody finds the cache any more.
+    {"destructor", [](DataCache &cache) { delete &cache; }, 2},
     OPERATION(evaluateCaches),
     OPERATION(isCacheReady),
     {"isAreaGood", [](DataCache &cache) { cache.isAreaGood(DataCacheArea::zoning); }},
@@ -182,12 +186,68 @@ const Operation kLocking[] = {
      [](DataCache &cache) { cache.zovlibEventKick(ZOV_EVENT_SWITCH_STATE_CHANGE, nullptr, "text"); }},
     OPERATION(updateZoningCounts),
     OPERATION(initZoningLimits),
+    OPERATION(reloadZoning),
+    {"getFirstZoneset", [](DataCache &cache) { cache.getFirstZoneset(kind); }},
+    {"getNextZoneset", [](DataCache &cache) { cache.getNextZoneset(nullptr, kind); }},
+    {"getZoneset", [](DataCache &cache) { cache.getZoneset("[UberZoneSetKey]", kind); }},
+    {"getZonesetOfNone", [](DataCache &cache) { cache.getZoneset(nullptr, kind); }},
+    {"isActiveZoneset", [](DataCache &cache) { cache.isActiveZoneset(nullptr); }},
+    {"isUberZoneset", [](DataCache &cache) { cache.isUberZoneset(nullptr); }},
+    OPERATION(getActiveZoneset),
+    OPERATION(getUberZoneset),
+    {"addZoneset", [](DataCache &cache) { cache.addZoneset(nullptr, ZONESET_INACTIVE); }},
+    {"addZonesetOfTheActiveKind", [](DataCache &cache) { cache.addZoneset(nullptr, ZONESET_ACTIVE); }},
+    {"delZoneset", [](DataCache &cache) { cache.delZoneset(nullptr, ZONESET_INACTIVE); }},
+    {"delZonesetOfTheUberKind", [](DataCache &cache) { cache.delZoneset(nullptr, ZONESET_UBER); }},
+    OPERATION(clearActive),
+    OPERATION(clearInactive),
+    OPERATION(clearUber),
+    OPERATION(clearZoningCache),
+    OPERATION(zonesetLimitAtMax),
+    OPERATION(zoneLimitAtMax),
+    OPERATION(aliasLimitAtMax),
+    OPERATION(memberLimitAtMax),
+    {"zonesPerZonesetAtMax", [](DataCache &cache) { cache.zonesPerZonesetAtMax(nullptr); }},
+    {"membersPerZoneAtMax", [](DataCache &cache) { cache.membersPerZoneAtMax(nullptr); }},
+    {"membersPerAliasAtMax", [](DataCache &cache) { cache.membersPerAliasAtMax(nullptr); }},
+    OPERATION(getZoningCounts),
+    OPERATION(getZoningLimits),
+    OPERATION(dump),
+    {"createZoneset", [](DataCache &cache) { cache.createZoneset("set"); }},
+    {"createZonesetOfNoName", [](DataCache &cache) { cache.createZoneset(nullptr); }},
+    {"removeZoneset", [](DataCache &cache) { cache.removeZoneset("set"); }},
+    {"createZone", [](DataCache &cache) { cache.createZone("oak", ZOV_ZT_SOFT); }},
+    {"createZoneOfNoName", [](DataCache &cache) { cache.createZone(nullptr, ZOV_ZT_SOFT); }},
+    {"removeZone", [](DataCache &cache) { cache.removeZone("oak"); }},
+    {"createZoneAlias", [](DataCache &cache) { cache.createZoneAlias("web"); }},
+    {"removeZoneAlias", [](DataCache &cache) { cache.removeZoneAlias("web"); }},
+    {"addMemberToZone", [](DataCache &cache) { cache.addMemberToZone("oak", ZOV_ZMT_ALIAS, "web"); }},
+    {"removeMemberFromZone", [](DataCache &cache) { cache.removeMemberFromZone("oak", ZOV_ZMT_ALIAS, "web"); }},
+    {"addMemberToZoneAlias", [](DataCache &cache) { cache.addMemberToZoneAlias("web", ZOV_ZMT_FCADDRESS, "010300"); }},
+    {"removeMemberFromZoneAlias",
+     [](DataCache &cache) { cache.removeMemberFromZoneAlias("web", ZOV_ZMT_FCADDRESS, "010300"); }},
+    {"removeMember", [](DataCache &cache) { cache.removeMember(ZOV_ZMT_FCADDRESS, "010300"); }},
+    {"removeMemberOfNoName", [](DataCache &cache) { cache.removeMember(ZOV_ZMT_FCADDRESS, nullptr); }},
+    {"addZoneToZoneset", [](DataCache &cache) { cache.addZoneToZoneset("set", "oak"); }},
+    {"removeZoneFromZoneset", [](DataCache &cache) { cache.removeZoneFromZoneset("set", "oak"); }},
+    {"ZoningLock", [](DataCache &cache) { cache.ZoningLock("provider"); }},
+    {"ZoningLockOfNobody", [](DataCache &cache) { cache.ZoningLock(nullptr); }},
+    OPERATION(ZoningUnlock),
+    {"LockIdOK",
+     [](DataCache &cache) {
+         bool expired = false;
+         cache.LockIdOK("provider", expired);
+     }},
+    OPERATION(getZoningLockHolder),
+    OPERATION(replaceZoningDB),
 };
 
 /// What touches no member, and may be called while a long pass runs.
 const Operation kFree[] = {
     {"tagToString", [](DataCache &) { DataCache::_tagToString(32); }},
     {"fabricContainsWWN", [](DataCache &cache) { cache._fabricContainsWWN({}, Wwn()); }},
+    {"CIMMemberTypeToZovlib", [](DataCache &) { ZoningCache::CIMMemberTypeToZovlib(2); }},
+    {"cnvCIMZoneTypeToZOV", [](DataCache &) { ZoningCache::cnvCIMZoneTypeToZOV(2); }},
     {"smlConvToHardwareStatus", [](DataCache &cache) { cache._smlConvToHardwareStatus("Good"); }},
     {"smlHWTypeToCIMHWType", [](DataCache &cache) { cache.smlHWTypeToCIMHWType("text"); }},
     {"smlTypeToCIMType", [](DataCache &cache) { cache.smlTypeToCIMType("text"); }},
@@ -245,7 +305,7 @@ TEST_P(LockingOperation, WaitsForTheLockBeforeItDoesAnythingAndGivesItBackOnce) 
     EXPECT_THAT(traffic(), IsEmpty());
     DataCache::releaseInstance();
     other.join();
-    EXPECT_EQ(timesTaken, 1) << "for its whole run";
+    EXPECT_EQ(timesTaken, GetParam().times) << "for its whole run";
     EXPECT_EQ(questionsWithoutLock, 0);
     EXPECT_EQ(_balance, 0);
     EXPECT_TRUE(support::isLockFree());

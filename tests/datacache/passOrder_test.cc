@@ -1,4 +1,4 @@
-// Changes in all areas of the local switch, told in one pass.
+// Changes in all areas but the fabric, told in one pass.
 #include "tests/support/CacheTest.h"
 #include "tests/support/Ports.h"
 
@@ -24,6 +24,10 @@ TEST_F(PassOrder, EventsFollowTheOrderOfTheAreas) {
     theSwitch->removeBlade(7);
     theSwitch->set("Oper.Chassis.0.PowerSupply.1", "Bad");
     theSwitch->set("Oper.Switch.OperState", "Diagnostics");
+    sim::ZoningDatabase zoning;
+    zoning.zonesets = {{"day", {}}};
+    theSwitch->setZoning(zoning);
+    theSwitch->activateZoneset("day");
     theSwitch->deliver(73, {0, 0, 0}, "guest");
     passAfterNotifications();
     EXPECT_THAT(events(), ElementsAre("30: UserLoginFailure switch=100000C0DD00A800 user=guest",
@@ -33,7 +37,9 @@ TEST_F(PassOrder, EventsFollowTheOrderOfTheAreas) {
                                       "8: BladeRemove switch=100000C0DD00A800 slot=7",
                                       "12: PortStatusChange switch=100000C0DD00A800 port=200100C0DD00A800 "
                                       "fabric=100000C0DD00A800 [2]->[11]",
-                                      "25: UserAcctAdd switch=100000C0DD00A800 name=zoe"));
+                                      "25: UserAcctAdd switch=100000C0DD00A800 name=zoe",
+                                      "27: ActiveZonesetChange switch=100000C0DD00A800 ->day",
+                                      "28: ZoningDBChange switch=100000C0DD00A800", support::kUpdateComplete));
 }
 
 } // namespace

@@ -19,6 +19,7 @@
 
 #include "tests/scenario/Changes.h"
 #include "tests/scenario/Exceptions.h"
+#include "tests/scenario/Seeds.h"
 #include "tests/scenario/Story.h"
 
 using namespace scenario;
@@ -26,7 +27,6 @@ using namespace scenario;
 namespace {
 
 constexpr unsigned kChanges = 500;
-constexpr unsigned kSeeds = 200;
 constexpr unsigned kGroups = 20; // of seeds: tests that can run at the same time
 
 /// The switches that the seeds take their turns with, the small ones more often.
@@ -85,21 +85,6 @@ std::string areasNotRead(const Endings &endings) {
             areas += fmt::format("{} ", area);
     }
     return areas;
-}
-
-/// Another way to give a program an option: its main() is every test's.
-unsigned seedAsked() {
-    std::ifstream file("/proc/self/cmdline", std::ios::binary);
-    const std::string option = "--seed=";
-    for (std::string argument; std::getline(file, argument, '\0');)
-        if (argument.rfind(option, 0) == 0)
-            return static_cast<unsigned>(std::strtoul(argument.c_str() + option.size(), nullptr, 10));
-    return 0;
-}
-
-unsigned seedCount() {
-    const char *asked = std::getenv("DATACACHE_SEEDS"); // NOLINT(concurrency-mt-unsafe): one thread
-    return asked != nullptr ? static_cast<unsigned>(std::strtoul(asked, nullptr, 10)) : kSeeds;
 }
 
 // ---- random changes -----------------------------------------------------------------------------------

@@ -50,6 +50,11 @@ enum : int32_t {
     kBadEventCode = 22,
     kNoAnswer = 23,
     kEndOfList = 24,
+    kLockRequired = 25,
+    kLockBusy = 26,
+    kLockNotHeld = 27,
+    kLimitReached = 28,
+    kEditSpoilt = 29,
     kNotSupported = 103,
 };
 

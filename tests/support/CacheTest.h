@@ -22,6 +22,9 @@ namespace support {
 /// Name of the switch of the default profile.
 constexpr const char *kSwitchWwn = "100000C0DD00A1B2";
 
+/// The event that ends every pass after which the cache is ready.
+constexpr const char *kUpdateComplete = "33: DataCacheUpdateComplete";
+
 class CacheTest : public testing::Test {
 protected:
     CacheTest();

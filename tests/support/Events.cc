@@ -110,6 +110,12 @@ std::string describe(const DataCacheEvent &event) {
            [&](const auto &e) { return fmt::format("UserAcctAdd switch={} name={}", name(e.switchWwn), e.name); }) ||
         is(Class<DCEventUserAcctRemove>(),
            [&](const auto &e) { return fmt::format("UserAcctRemove switch={} name={}", name(e.switchWwn), e.name); }) ||
+        is(Class<DCEventActiveZonesetChange>(),
+           [&](const auto &e) {
+               return fmt::format("ActiveZonesetChange switch={} {}->{}", name(e.switchWwn), e.prevZoneset, e.zoneset);
+           }) ||
+        is(Class<DCEventZoningDBChange>(),
+           [&](const auto &e) { return fmt::format("ZoningDBChange switch={}", name(e.switchWwn)); }) ||
         is(Class<DCEventUserPasswdChg>(),
            [&](const auto &e) { return fmt::format("UserPasswdChg switch={} user={}", name(e.switchWwn), e.user); }) ||
         is(Class<DCEventUserLoginFailure>(),

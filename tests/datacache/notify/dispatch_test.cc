@@ -367,7 +367,9 @@ TEST_F(EarlyDispatch, EventsBeforeTheFirstRefreshHaveTheZeroName) {
     EXPECT_THAT(told(), ElementsAre("29: UserPasswdChg switch=0000000000000000 user=a",
                                     "30: UserLoginFailure switch=0000000000000000 user=b",
                                     "31: EnvEvent switch=0000000000000000 category=temperature kind=overtemp "
-                                    "detail=unknown"));
+                                    "detail=unknown",
+                                    "27: ActiveZonesetChange switch=100000C0DD00A1B2 ->",
+                                    "28: ZoningDBChange switch=100000C0DD00A1B2"));
 }
 
 TEST_F(Dispatch, WithoutACallbackNotificationsStillRefresh) {

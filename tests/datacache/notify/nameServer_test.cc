@@ -24,8 +24,15 @@ protected:
     /// The events of a notification with this text.
     std::vector<std::string> told(int32_t code, const std::string &text) {
         theSwitch->deliver(code, {0, 0, 0}, text);
-        passAfterNotifications();
-        return events();
+        return told();
+    }
+    /// The events of the next pass, but for the one that ends it.
+    std::vector<std::string> told() {
+        EXPECT_TRUE(passAfterNotifications());
+        std::vector<std::string> lines = events();
+        EXPECT_EQ(lines.back(), support::kUpdateComplete);
+        lines.pop_back();
+        return lines;
     }
 
     static std::string added(const std::string &port, const std::string &owner = support::kSwitchWwn) {
@@ -102,11 +109,9 @@ TEST_F(NameServer, TheOwnerIsTheFabricByTheNameItHasThen) {
 TEST_F(NameServer, TheSwitchsOwnNotificationsAreUnderstood) {
     const sim::NameServerEntry device = {support::kSwitchWwn, 20, "20000024FF4B0001", "21000024FF4B0001"};
     theSwitch->logIn(device);
-    passAfterNotifications();
-    EXPECT_THAT(events(), ElementsAre(added(device.portWwn)));
+    EXPECT_THAT(told(), ElementsAre(added(device.portWwn)));
     theSwitch->logOut(device.portWwn);
-    passAfterNotifications();
-    EXPECT_THAT(events(), ElementsAre(removed(device.portWwn)));
+    EXPECT_THAT(told(), ElementsAre(removed(device.portWwn)));
 }
 
 } // namespace

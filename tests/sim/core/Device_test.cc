@@ -81,6 +81,37 @@ TEST(Device, ANewSwitchRemembersNothingOfTheOldOne) {
     EXPECT_EQ(device->connectionCount(), 0U);
 }
 
+TEST(Device, ARestartEndsSessionsAndKeepsTheRest) {
+    const auto device = sim::create();
+    Client client;
+    ASSERT_EQ(client.registerFor({32, 52}), 0);
+    ASSERT_EQ(client.set("Cmd.Switch.ReqAdmin"), 0);
+    ASSERT_EQ(client.set("Cmd.Switch.EditConfig"), 0);
+    ASSERT_EQ(client.set("Config.Switch.TransparentMode", "True"), 0);
+    ASSERT_EQ(client.set("Cmd.Switch.SaveConfig"), 0);
+    ASSERT_EQ(client.set("Cmd.Switch.EditConfig"), 0);
+    const long uptime = device->uptime();
+    device->restart();
+    EXPECT_EQ(device->adminModeHolder(), 0U);
+    EXPECT_EQ(device->uptime(), uptime);
+    EXPECT_EQ(client.codes(*device), std::vector<int32_t>());
+    EXPECT_EQ(client.get("Oper.Switch.OperState").value, "Online");
+    ASSERT_EQ(client.set("Cmd.Switch.ReqAdmin"), 0);
+    EXPECT_EQ(client.set("Cmd.Switch.SaveConfig"), simtest::kEditRequired);
+    EXPECT_EQ(client.set("Cmd.Switch.ActConfig"), 0); // what was saved stays saved
+    device->set("Oper.Switch.OperState", "Offline");
+    EXPECT_EQ(client.codes(*device), (std::vector<int32_t>{52, 32}));
+}
+
+TEST(Device, ARestartTakesItFromOtherClientsToo) {
+    const auto device = sim::create();
+    device->holdAdminModeElsewhere(true);
+    device->holdZoningLockElsewhere(true);
+    device->restart();
+    EXPECT_EQ(device->adminModeHolder(), 0U);
+    EXPECT_EQ(device->zoningLockHolder(), 0U);
+}
+
 TEST(Device, ClockRunsWhenItIsToldTo) {
     const auto device = sim::create();
     EXPECT_EQ(device->uptime(), 3600);

@@ -33,7 +33,13 @@ INSTANTIATE_TEST_SUITE_P(Every, Commands,
                                          Command{"Cmd.Switch.CancelConfig", simtest::kAdminRequired},
                                          Command{"Cmd.Cim.EditConfig", simtest::kAdminRequired},
                                          Command{"Cmd.Cim.SaveConfig", simtest::kAdminRequired},
-                                         Command{"Cmd.Cim.CancelConfig", simtest::kAdminRequired}));
+                                         Command{"Cmd.Cim.CancelConfig", simtest::kAdminRequired},
+                                         Command{"Cmd.Zoning.FabricLock.77", simtest::kAdminRequired},
+                                         Command{"Cmd.Zoning.FabricUnlock.77", simtest::kAdminRequired},
+                                         Command{"Cmd.Zoning.EditConfig", simtest::kAdminRequired},
+                                         Command{"Cmd.Zoning.ClearConfig", simtest::kAdminRequired},
+                                         Command{"Cmd.Zoning.SaveConfig", simtest::kAdminRequired},
+                                         Command{"Cmd.Zoning.Alias.ash.Create", simtest::kAdminRequired}));
 
 } // namespace
 
@@ -58,8 +64,8 @@ TEST(UnknownCommand, IsRefusedAsAnUnknownKey) {
     const auto device = sim::create();
     const Client client;
     ASSERT_EQ(client.set("Cmd.Switch.ReqAdmin"), 0);
-    for (const char *key :
-         {"Cmd.", "Cmd.Switch", "Cmd.Switch.ReqAdmin.1", "Cmd.Switch.Reboot", "cmd.switch.reladmin"}) {
+    for (const char *key : {"Cmd.", "Cmd.Switch", "Cmd.Switch.ReqAdmin.1", "Cmd.Switch.Reboot", "cmd.switch.reladmin",
+                            "Cmd.Zoning.", "Cmd.Zoning", "Cmd.Zoning.Zone.%s"}) {
         EXPECT_EQ(client.set(key), simtest::kNoSuchKey) << key;
         EXPECT_EQ(client.get(key).status, simtest::kNoSuchKey) << key;
     }

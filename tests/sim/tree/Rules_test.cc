@@ -31,6 +31,8 @@ TEST(Rules, ARefusalSaysWhatIsAllowed) {
     EXPECT_EQ(refusal("Oper.Switch.WWN", "0"), "'Oper.Switch.WWN' cannot be '0'; allowed: 16 hexadecimal digits");
     EXPECT_EQ(refusal("Oper.Switch.DomainID", "0"), "'Oper.Switch.DomainID' cannot be '0'; allowed: 1 to 239");
     EXPECT_EQ(refusal("Oper.Chassis.0.Fans", "256"), "'Oper.Chassis.0.Fans' cannot be '256'; allowed: 0 to 255");
+    EXPECT_EQ(refusal("Oper.Zoning.ActiveChecksum", "0x1"),
+              "'Oper.Zoning.ActiveChecksum' cannot be '0x1'; allowed: 1 to 8 hexadecimal digits");
     EXPECT_EQ(refusal("Oper.Switch.Nop", std::string(256, 'x')),
               "'Oper.Switch.Nop' cannot be '" + std::string(256, 'x') + "'; allowed: a text of at most 255 characters");
     EXPECT_EQ(refusal("Oper.UserPort.0.0.OperState", "Up"),

@@ -76,6 +76,8 @@ TEST(Tree, HoldsEveryAttributeOfTheDefaultSwitchInOrder) {
     expected.push_back("Oper.TopologyAll.1.PortEntries");
     for (int port = 0; port < 24; ++port)
         expected.push_back("Oper.TopologyAll.1.Entry." + std::to_string(port) + ".PortWwn");
+    for (const char *key : {"ActiveChecksum", "InactiveChecksum", "ActiveZoneSet"})
+        expected.push_back(std::string("Oper.Zoning.") + key);
     EXPECT_EQ(device->keys(), expected);
 }
 

@@ -150,7 +150,8 @@ TEST(MemberId, RecordsShowMembersInWords) {
     };
     std::vector<std::string> shown;
     for (auto [type, id] : members)
-        zov_MemberDestroy(zov_MemberCreate(type, &id));
+        if (void *member = zov_MemberCreate(type, &id))
+            zov_MemberDestroy(member);
     for (const sim::Record &record : device->records())
         if (record.call == "zov_MemberCreate")
             shown.push_back(record.arguments);

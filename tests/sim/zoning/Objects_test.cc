@@ -5,9 +5,12 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/sim/Client.h"
+#include "tests/sim/Zoning.h"
 
 namespace {
+
+/// Many tests here do what no client should.
+[[maybe_unused]] const bool kForgiven = (simtest::forgiveMisuse(), true);
 
 void *portMember(unsigned number) {
     zov_fzs_memberid_s id = {};
@@ -180,10 +183,46 @@ TEST_P(Groups, HoldMembersInOrderEachOnce) {
     EXPECT_EQ(GetParam().listMembers(group, 1), second);
     for (const int32_t index : {2, -1, INT32_MAX})
         EXPECT_EQ(GetParam().listMembers(group, index), nullptr) << index;
-    EXPECT_EQ(zov_MemberDestroy(again), 0);                // refused, so still the caller's
-    EXPECT_EQ(zov_MemberDestroy(first), simtest::kLinked); // the group's
+    EXPECT_EQ(zov_MemberDestroy(again), 0); // refused, so still the caller's
     EXPECT_EQ(GetParam().destroy(group), 0);
     EXPECT_EQ(zov_MemberDestroy(first), simtest::kBadObject);
+}
+
+TEST_P(Groups, LoseAMemberThatIsDestroyed) {
+    void *group = GetParam().create("oak");
+    void *first = portMember(1);
+    void *second = portMember(2);
+    ASSERT_EQ(GetParam().addMember(group, first), 0);
+    ASSERT_EQ(GetParam().addMember(group, second), 0);
+    EXPECT_EQ(zov_MemberDestroy(first), 0);
+    EXPECT_EQ(zov_MemberDestroy(first), simtest::kBadObject);
+    EXPECT_EQ(GetParam().memberCount(group), 1);
+    EXPECT_EQ(GetParam().listMembers(group, 0), second);
+    zov_fzs_memberid_s id = {};
+    id.u.byte[7] = 1;
+    EXPECT_EQ(GetParam().findMember(group, ZOV_ZMT_PORTWWN, &id), nullptr);
+    EXPECT_EQ(GetParam().addMember(group, portMember(1)), 0); // no longer there twice
+    EXPECT_EQ(GetParam().memberCount(group), 2);
+    EXPECT_EQ(GetParam().destroy(group), 0);
+}
+
+TEST_P(Groups, FindEachOfManyMembers) {
+    constexpr unsigned kMany = 2000;
+    void *group = linked("oak", kMany);
+    for (unsigned number = 0; number < kMany; number += 3) {
+        zov_fzs_memberid_s id = {};
+        id.u.byte[6] = static_cast<uint8_t>(number >> 8);
+        id.u.byte[7] = static_cast<uint8_t>(number);
+        EXPECT_EQ(GetParam().findMember(group, ZOV_ZMT_PORTWWN, &id),
+                  GetParam().listMembers(group, static_cast<int32_t>(number)));
+    }
+}
+
+TEST_P(Groups, RemovedFromASetLeaveTheirNameFree) {
+    EXPECT_EQ(GetParam().remove(set, linked("oak")), 0);
+    EXPECT_EQ(GetParam().find(set, "oak"), nullptr);
+    void *another = linked("oak");
+    EXPECT_EQ(GetParam().find(set, "oak"), another);
 }
 
 TEST_P(Groups, FindMembersByTypeAndIdentifierWhichIsSpent) {
@@ -324,6 +363,7 @@ TEST(Zones, AreRenamedToValidNamesThatAreFreeInTheirSet) {
     EXPECT_EQ(zov_ZoneSetName(elm, "ash"), 0);
     EXPECT_EQ(zov_ZonesetFindZone(set, "ash"), elm);
     EXPECT_EQ(zov_ZonesetFindZone(set, "elm"), nullptr);
+    EXPECT_EQ(zov_ZonesetAddZone(set, zov_ZoneCreate("elm")), 0); // the name is free again
     EXPECT_EQ(zov_ZonesetDestroy(set), 0);
     EXPECT_EQ(zov_ZoneSetName(elm, "fir"), simtest::kBadObject);
 }
@@ -348,6 +388,9 @@ TEST(Zones, CopiesAreDeepUnlinkedAndOfAnyNameThatFits) {
     EXPECT_EQ(zov_MemberGetAttr(zov_ZoneListMembers(copy, 1), &memberType, attribute), 0);
     EXPECT_EQ(memberType, ZOV_ZMT_ALIAS);
     EXPECT_STREQ(attribute, "ash");
+    zov_fzs_memberid_s id = {};
+    id.u.byte[7] = 1;
+    EXPECT_EQ(zov_ZoneFindMember(copy, ZOV_ZMT_PORTWWN, &id), zov_ZoneListMembers(copy, 0));
     EXPECT_EQ(zov_ZoneCreateCopy(copy, std::string(65, 'n').c_str()), nullptr);
     EXPECT_EQ(zov_ZoneCreateCopy(copy, nullptr), nullptr);
     EXPECT_EQ(zov_ZoneCreateCopy(oak, "elm"), nullptr);
@@ -393,6 +436,25 @@ TEST(Objects, OutliveTheSwitchTheyWereMadeBeside) {
     device.reset();
     EXPECT_EQ(nameOf(zov_ZoneGetName, zone), "oak");
     EXPECT_EQ(zov_ZoneDestroy(zone), 0);
+}
+
+TEST(Objects, AreCountedByKindWhileTheyLive) {
+    const auto device = sim::create();
+    const sim::ZoningObjectCounts before = device->zoningObjects();
+    void *set = zov_ZonesetCreate("set");
+    void *zone = zov_ZoneCreate("oak");
+    ASSERT_EQ(zov_ZonesetAddZone(set, zone), 0);
+    ASSERT_EQ(zov_ZonesetAddZone(set, zov_ZoneCreateCopy(zone, "elm")), 0);
+    ASSERT_EQ(zov_ZonesetAddAlias(set, zov_ZoneAliasCreate("ash")), 0);
+    for (unsigned number = 0; number < 3; ++number)
+        ASSERT_EQ(zov_ZoneAddMember(zone, portMember(number)), 0);
+    const sim::ZoningObjectCounts now = device->zoningObjects();
+    EXPECT_EQ(now.zonesets - before.zonesets, 1U);
+    EXPECT_EQ(now.zones - before.zones, 2U);
+    EXPECT_EQ(now.aliases - before.aliases, 1U);
+    EXPECT_EQ(now.members - before.members, 3U);
+    EXPECT_EQ(zov_ZonesetDestroy(set), 0);
+    EXPECT_EQ(device->zoningObjects(), before);
 }
 
 TEST(Objects, AreBuiltByManyThreadsAtOnce) {
