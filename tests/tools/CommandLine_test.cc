@@ -81,6 +81,8 @@ TEST(CommandLine, HelpGoesToStdoutAndGivesAnExample) {
         {{"fabric", "--help"}, "dcache --profile fabric-12 fabric\n"},
         {{"fabric", "show", "--help"}, "dcache --profile fabric-12 fabric show 1\n"},
         {{"topology", "--help"}, "dcache --profile fabric-12 topology\n"},
+        {{"zoning", "--help"}, "dcache zoning run --zoning before.txt edits.txt\n"},
+        {{"zoning", "run", "--help"}, "busy or lost, 4 limit reached, 5 commit rejected by the switch.\n"},
     };
     for (const auto &[arguments, example] : rows) {
         const auto run = runDcache(arguments);
@@ -100,7 +102,12 @@ TEST(CommandLine, HelpFitsEightyColumns) {
                                                                                {"accounts", "--help"},
                                                                                {"fabric", "--help"},
                                                                                {"fabric", "show", "--help"},
-                                                                               {"topology", "--help"}})
+                                                                               {"topology", "--help"},
+                                                                               {"zoning", "--help"},
+                                                                               {"zoning", "show", "--help"},
+                                                                               {"zoning", "run", "--help"},
+                                                                               {"zoning", "diff", "--help"},
+                                                                               {"zoning", "dump", "--help"}})
         for (const std::string &line : support::lines(runDcache(arguments).out))
             EXPECT_LE(line.size(), 80u) << line;
 }
@@ -146,6 +153,18 @@ TEST(CommandLine, UsageErrorsExitWithTwoAndKeepStdoutEmpty) {
         {"topology", "--format", "dot", "-o", "json"},
         {"topology", "--format", "text", "-o", "terse"},
         {"fabric", "--format", "dot"},
+        {"zoning", "hide"},
+        {"zoning", "--dry-run"},
+        {"zoning", "run"},
+        {"zoning", "run", "a", "b"},
+        {"zoning", "run", "/dev/null", "--active"},
+        {"zoning", "run", "/dev/null", "--id", ""},
+        {"zoning", "diff", "a", "b"},
+        {"zoning", "dump", "a"},
+        {"zoning", "dump", "-o", "json"},
+        {"zoning", "--zoning"},
+        {"switch", "--zoning", "/dev/null"},
+        {"switch", "--all"},
         {"--profile", "nosuchprofile", "ports"},
         {"ports", "--profile", ""},
         {"switch", "--profile"},

@@ -133,6 +133,11 @@ TEST(Events, All27ClassesAreKnownAndNoOtherNumberIs) {
     }
 }
 
+TEST(Events, AllButTheEndOfAPassTellOfAChange) {
+    for (const Row &row : everyEvent())
+        EXPECT_EQ(describe(*row.event, kAround).tellsChange, row.type != 33) << row.name;
+}
+
 TEST(Events, AnEventOfAnotherSwitchNamesIt) {
     const std::string there = " on switch 10:00:00:C0:DD:00:FF:FF";
     EXPECT_EQ(wordsOf(DCEventSwitchStatusChange(kOther, kOwn, {2}, {10})), "switch status OK -> Stopped" + there);

@@ -62,6 +62,22 @@ TEST_F(InterruptionTest, AnErrorOfAnotherThreadEndsTheWaitAndIsKept) {
     EXPECT_EQ(_interruption->error(), ENOSPC);
 }
 
+TEST_F(InterruptionTest, AnotherThreadMayEndTheWaitWithoutAnError) {
+    std::thread other([this] { _interruption->raise(0); });
+    EXPECT_TRUE(_interruption->wait(std::nullopt));
+    other.join();
+    EXPECT_EQ(_interruption->error(), 0);
+}
+
+TEST_F(InterruptionTest, WithoutAnOutputNobodyCanGoAway) {
+    _interruption.reset();
+    _interruption.emplace(-1);
+    EXPECT_FALSE(_interruption->wait(Clock::now()));
+    ::raise(SIGINT);
+    EXPECT_TRUE(_interruption->wait(std::nullopt));
+    EXPECT_EQ(_interruption->error(), 0);
+}
+
 TEST_F(InterruptionTest, AReaderThatGoesAwayEndsTheWait) {
     close(_ends[0]);
     _ends[0] = -1;

@@ -122,6 +122,16 @@ TEST_F(JournalOutput, WritesEachKindOfLineAndCountsTheEvents) {
     EXPECT_TRUE(_failures.empty());
 }
 
+TEST_F(JournalOutput, AnEventThatTellsOfNoChangeIsWrittenAndNotCounted) {
+    Output output(_ends[1]);
+    Journal journal(output, Format::table, _noteFailure);
+    EventDescription event = _someEvent;
+    event.tellsChange = false;
+    journal.tellEvent(event);
+    EXPECT_EQ(journal.eventCount(), 0u);
+    EXPECT_THAT(written(), testing::ElementsAre("TIME  event   CIM configuration changed"));
+}
+
 TEST_F(JournalOutput, AClosedJournalKeepsSilent) {
     Output output(_ends[1]);
     Journal journal(output, Format::table, _noteFailure);

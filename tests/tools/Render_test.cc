@@ -69,6 +69,22 @@ TEST(Render, NotesStandBeneathTablesAndNowhereElse) {
     EXPECT_EQ(render(report, Format::table, false), "Alone.\n");
 }
 
+TEST(Render, CellsOfSeveralLinesStandBesideOneAnother) {
+    Report report;
+    report.listings = {{"zones",
+                        {{"name", "ZONE"}, {"hidden", nullptr}, {"members", "MEMBERS"}},
+                        {{{"db", "db"}, {1, "unseen"}, {{"a", "bb"}, "a\nbb", Tone::good}},
+                         {{"x", "x\ny\nz"}, {2, ""}, {{"c"}, "c"}}}}};
+    EXPECT_EQ(render(report, Format::table, false), "ZONE  MEMBERS\n"
+                                                    "db    a\n"
+                                                    "      bb\n"
+                                                    "x     c\n"
+                                                    "y     \n"
+                                                    "z     \n");
+    EXPECT_THAT(render(report, Format::table, true), testing::HasSubstr("      \x1b[32mbb\x1b[0m\n"));
+    EXPECT_THAT(render(report, Format::terse, false), testing::HasSubstr("zones.1.members=a,bb\n"));
+}
+
 TEST(Render, ColourChangesNeitherWordsNorAlignment) {
     std::string coloured = render(sample(), Format::table, true);
     EXPECT_THAT(coloured, testing::HasSubstr("\x1b[32mOK (2)\x1b[0m\n"));

@@ -6,13 +6,13 @@
 using namespace dcache;
 
 TEST(Story, TheStoriesAreThereAndAnyOtherNameIsNot) {
-    for (const char *name : {"demo", "director", "blades"}) {
+    for (const char *name : {"demo", "director", "blades", "zoning"}) {
         ASSERT_NE(findStory(name), nullptr);
         EXPECT_STREQ(findStory(name)->name, name);
     }
     EXPECT_EQ(findStory(""), nullptr);
     EXPECT_EQ(findStory("Demo"), nullptr);
-    EXPECT_THAT(storyNames(), testing::ElementsAre("demo", "director", "blades"));
+    EXPECT_THAT(storyNames(), testing::ElementsAre("demo", "director", "blades", "zoning"));
 }
 
 TEST(Story, StepsOfEveryStoryAreInOrderAndLeaveTimeToRead) {

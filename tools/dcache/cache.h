@@ -20,6 +20,7 @@ public:
     CacheLock &operator=(const CacheLock &) = delete;
 
     DataCache *operator->() const { return _cache; }
+    DataCache &operator*() const { return *_cache; }
 
 private:
     DataCache *_cache;

@@ -313,6 +313,8 @@ template <class Event> constexpr EventRow row(int32_t type, const char *name) {
             [](const DataCacheEvent &event) { return fields(static_cast<const Event &>(event)); }};
 }
 
+constexpr int32_t kUpdateComplete = 33;
+
 constexpr std::array<EventRow, 27> kEvents = {
     row<DCEventFabricAdd>(1, "FabricAdd"),
     row<DCEventFabricRemove>(2, "FabricRemove"),
@@ -340,7 +342,7 @@ constexpr std::array<EventRow, 27> kEvents = {
     row<DCEventUserLoginFailure>(30, "UserLoginFailure"),
     row<DCEventEnvEvent>(31, "EnvEvent"),
     row<DCEventCIMChange>(32, "CIMChange"),
-    row<DCEventDataCacheUpdateComplete>(33, "DataCacheUpdateComplete"),
+    row<DCEventDataCacheUpdateComplete>(kUpdateComplete, "DataCacheUpdateComplete"),
 };
 
 constexpr bool ascending() {
@@ -358,7 +360,8 @@ EventDescription describe(const DataCacheEvent &event, const Surroundings &surro
                                     [&event](const EventRow &candidate) { return candidate.type == event.type; });
     if (found == kEvents.end())
         return {event.type, "Unknown", fmt::format("event of unknown type {}", event.type), {}};
-    return {event.type, found->name, found->words(event, surroundings), found->fields(event)};
+    return {event.type, found->name, found->words(event, surroundings), found->fields(event),
+            event.type != kUpdateComplete};
 }
 
 } // namespace dcache

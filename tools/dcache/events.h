@@ -37,6 +37,7 @@ struct EventDescription {
     const char *name;          ///< the class's name without "DCEvent"
     std::string words;         ///< one line, printable ASCII
     std::vector<Field> fields; ///< in order of declaration
+    bool tellsChange = true;   ///< not of the event that only says that a pass has left every area up to date
 };
 
 EventDescription describe(const DataCacheEvent &event, const Surroundings &surroundings);

@@ -1,6 +1,6 @@
 /*
- * Why the tool gives up: exceptions that main() turns into a message on stderr and an exit code, 2 for Misuse
- * and 1 for the others.
+ * Why the tool gives up: exceptions that main() turns into a message on stderr and an exit code, 2 for Misuse, that of its
+ * own for Stopped, and 1 for the others.
  */
 #ifndef TOOLS_DCACHE_FAILURE_H
 #define TOOLS_DCACHE_FAILURE_H
@@ -15,6 +15,21 @@ namespace dcache {
 class Failure : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
+};
+
+/// The exit codes of the program, beside 0.
+constexpr int kFailedExit = 1;
+constexpr int kUsageExit = 2;
+constexpr int kLockBusyExit = 3; ///< the zoning lock was not to be had, or was lost
+constexpr int kLimitExit = 4;    ///< a zoning limit of the switch is reached
+constexpr int kRejectedExit = 5; ///< the switch rejected a zoning commit
+
+/// A failure that a script may want to tell from others.
+class Stopped : public Failure {
+public:
+    Stopped(int code, const std::string &words) : Failure(words), exitCode(code) {}
+
+    const int exitCode;
 };
 
 /// The command line asks for something that does not exist, which shows only once it is being carried out.

@@ -1,5 +1,6 @@
 /*
- * What ends a watch before its time: Ctrl-C (SIGINT), SIGTERM, a reader that went away, or this program itself.
+ * What ends a watch, or other work, before its time: Ctrl-C (SIGINT), SIGTERM, a reader that went away, or this program
+ * itself.
  *
  * One per process: while it lives, the two signals end the waiting instead of the process. A second signal of a kind
  * ends the process at once.
@@ -18,14 +19,14 @@ namespace dcache {
 
 class Interruption {
 public:
-    /// Watches also `output`: no reader there any more is an interruption, with EPIPE as its error.
+    /// Watches also `output`, unless it is negative: no reader there any more is an interruption, with EPIPE as its error.
     /// Throws Failure when the system has no descriptors left.
     explicit Interruption(int output);
     ~Interruption();
     Interruption(const Interruption &) = delete;
     Interruption &operator=(const Interruption &) = delete;
 
-    /// Interrupts, because of an error of standard output.
+    /// Interrupts: because of an error of standard output, or with 0 because there is nothing to wait for any more.
     void raise(int error);
 
     /// Waits until then, or without end; true when interrupted, be it now or earlier.

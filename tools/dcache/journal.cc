@@ -90,7 +90,7 @@ std::string terseLine(const Entry &entry) {
 }
 
 EventDescription justWords(const std::string &words) {
-    return {0, "", words, {}};
+    return {0, "", words, {}, false};
 }
 
 } // namespace
@@ -138,7 +138,7 @@ void Journal::_tell(EntryKind kind, const EventDescription &event) {
         return;
     try {
         _output.print(render({std::chrono::system_clock::now(), kind, event}, _format, _colour));
-        _events += kind == EntryKind::event ? 1 : 0;
+        _events += kind == EntryKind::event && event.tellsChange ? 1 : 0;
     } catch (const OutputFailed &failure) {
         _open = false;
         _onFailure(failure.error);

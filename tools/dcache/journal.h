@@ -48,7 +48,7 @@ public:
     /// What happened last on the switch has been worked through, and there was no event. `why` may be empty.
     void tellNoEvent(const std::string &why);
 
-    /// Events told so far.
+    /// Events told so far that tell of a change.
     unsigned long eventCount() const;
 
     /// Nothing is written any more.

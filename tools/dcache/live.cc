@@ -22,6 +22,7 @@ constexpr std::chrono::milliseconds kPatience{10000}; // for the cache to come t
 
 // The cache's callback takes no context. Never destroyed: the EVAL thread may still run while the process ends.
 Journal *theJournal = nullptr;
+bool allEvents = false;
 
 void tellEvent(DataCacheEvent *event) {
     const CacheLock cache;
@@ -29,7 +30,11 @@ void tellEvent(DataCacheEvent *event) {
     const Surroundings around = {own, cache->getRootPowerSupplyCount(),
                                  [&](const Wwn &port) { return cache->calcPortIndex(own, port); },
                                  cache->getFabric(1)->getFabricWorldWideName()};
-    theJournal->tellEvent(describe(*event, around));
+    EventDescription description = describe(*event, around);
+    // The first pass finds everything new: what it tells is no change.
+    description.tellsChange = description.tellsChange && cache->getPassCount() != 0;
+    if (description.tellsChange || allEvents)
+        theJournal->tellEvent(description);
 }
 
 /// Stops the journal when the watch ends, however it ends.
@@ -161,6 +166,7 @@ void watch(const WatchOptions &options, Output &output) {
     Interruption interruption(output.descriptor());
     theJournal = new Journal(output, options.format, [&interruption](int error) { interruption.raise(error); });
     const JournalCloser closer;
+    allEvents = options.allEvents;
     CacheLock()->start(tellEvent);
 
     TimeFrame time(interruption, options.duration);

@@ -18,6 +18,8 @@ struct WatchOptions {
     std::optional<std::chrono::duration<double>> duration; ///< none: until the story is over, or for ever
     const Story *story = nullptr;
     double speed = 1; ///< of the story
+    /// Also the events that tell of no change: those of the first load, and that every area is up to date.
+    bool allEvents = false;
 };
 
 /// Returns when the time or the story is over, or on SIGINT or SIGTERM. Throws Failure when the story cannot be played,

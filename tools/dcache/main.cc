@@ -1,6 +1,6 @@
 // dcache: the command line. Nouns with verbs, "show" being the verb of a noun alone.
 //
-// Exit codes: 0 done, 1 failed, 2 usage. Data go to stdout, everything else to stderr.
+// Exit codes: 0 done, 1 failed, 2 usage; of zoning also those in failure.h. Data go to stdout, everything else to stderr.
 #include <CLI/CLI.hpp>
 #include <array>
 #include <csignal>
@@ -13,17 +13,16 @@
 
 #include "tools/dcache/commands/commands.h"
 #include "tools/dcache/failure.h"
+#include "tools/dcache/input.h"
 #include "tools/dcache/live.h"
 #include "tools/dcache/output.h"
 #include "tools/dcache/render.h"
 #include "tools/dcache/simulator.h"
 #include "tools/dcache/story.h"
 #include "tools/dcache/words.h"
+#include "tools/dcache/zoning/otherclient.h"
 
 namespace {
-
-constexpr int kFailed = 1;
-constexpr int kUsage = 2;
 
 struct Request;
 
@@ -50,9 +49,14 @@ struct Request {
     std::optional<std::string> port;   ///< digits
     std::optional<std::string> domain; ///< likewise
     std::optional<std::string> picture;
+    std::optional<std::string> zoning; ///< the file that describes that of the simulated switch
+    bool activeZoning = false;
+    std::optional<std::string> script; ///< a file
+    dcache::ZoningRun zoningRun;
     double seconds = 0;
     std::string story;
     double speed = 1;
+    bool allEvents = false;
     std::function<void(dcache::Format)> run;
 };
 
@@ -197,6 +201,76 @@ void addNoun(CLI::App &app, const Noun &noun, Request &request, dcache::Output &
         noun.addShowOptions(*verb, request);
 }
 
+void addZoningRun(CLI::App &verb, Request &request) {
+    verb.add_option("file", request.script, "A script; - is standard input")->required()->type_name("");
+    verb.add_flag("--dry-run", request.zoningRun.dryRun, "Show what it would change, commit nothing");
+    verb.add_option("--id", request.zoningRun.holder, "Holder of the zoning lock, dcache by default")
+        ->check(CLI::Validator(
+            [](std::string &name) { return name.empty() ? std::string("the holder needs a name") : std::string(); },
+            ""))
+        ->type_name("NAME");
+}
+
+/// A verb of zoning: its help, its own options, and what it prints.
+struct ZoningVerb {
+    const char *name;
+    const char *help;
+    void (*addOptions)(CLI::App &verb, Request &request);
+    std::string (*run)(Request &request, const View &view);
+};
+
+// clang-format off
+constexpr std::array<ZoningVerb, 4> kZoningVerbs = {{
+    {"show", "Zone sets, zones, aliases and limits",
+     [](CLI::App &verb, Request &request) {
+         verb.add_flag("--active", request.activeZoning, "The active zone set alone");
+     },
+     [](Request &request, const View &view) {
+         return render(dcache::showZoning(request.activeZoning), view.format, view.colour);
+     }},
+    {"run", "Carry out a script of edits under the zoning lock", addZoningRun,
+     [](Request &request, const View &view) {
+         request.zoningRun.script = dcache::readInput(request.script.value());
+         return render(dcache::runZoning(request.zoningRun), view.format, view.colour);
+     }},
+    {"diff", "What a script would change, or active against defined",
+     [](CLI::App &verb, Request &request) {
+         verb.add_option("file", request.script, "A script; - is standard input")->type_name("");
+     },
+     [](Request &request, const View &view) {
+         const auto script = request.script ? std::make_optional(dcache::readInput(*request.script)) : std::nullopt;
+         return render(dcache::diffZoning(script), view.format, view.colour);
+     }},
+    {"dump", "The database as a script that builds it", [](CLI::App &, Request &) {},
+     [](Request &, const View &view) {
+         if (view.format != dcache::Format::table)
+             throw dcache::Misuse("a dump is a script: leave out the output format");
+         return dcache::dumpZoning();
+     }},
+}};
+// clang-format on
+
+void addZoning(CLI::App &app, Request &request, dcache::Output &output) {
+    CLI::App *command = app.add_subcommand("zoning", "The zoning database: shown, compared, edited");
+    command->require_subcommand(0, 1);
+    const auto add = [&](CLI::App *each, const ZoningVerb &verb) {
+        verb.addOptions(*each, request);
+        addCommon(*each, request);
+        each->add_option("--zoning", request.zoning, "What the simulated switch has: a description")->type_name("FILE");
+        each->footer(dcache::zoningHelp());
+        each->final_callback([each, &verb, &request, &output] {
+            if (!each->get_subcommands().empty())
+                return; // the verb says what is to be done
+            request.run = [&verb, &request, &output](dcache::Format format) {
+                output.print(verb.run(request, {format, output.wantsColour()}));
+            };
+        });
+    };
+    add(command, kZoningVerbs.front());
+    for (const ZoningVerb &verb : kZoningVerbs)
+        add(command->add_subcommand(verb.name, verb.help), verb);
+}
+
 std::string storiesAndExamples() {
     std::string text = "Stories:\n";
     for (const std::string &name : dcache::storyNames())
@@ -216,8 +290,11 @@ void addWatch(CLI::App &app, Request &request, dcache::Output &output) {
         ->check(between(0.1, 100))
         ->type_name("FACTOR")
         ->needs(story);
+    command->add_flag("--all", request.allEvents, "Also events that tell of no change");
     addCommon(*command, request);
-    command->footer("Without --for it ends with the story; without a story, on Ctrl-C.\n\n" + storiesAndExamples());
+    command->footer("--all shows the events of the first load, and that every area is up to date.\n"
+                    "Without --for it ends with the story; without a story, on Ctrl-C.\n\n" +
+                    storiesAndExamples());
     command->final_callback([&request, &output, duration, story] {
         dcache::WatchOptions options;
         if (duration->count() != 0)
@@ -227,6 +304,7 @@ void addWatch(CLI::App &app, Request &request, dcache::Output &output) {
         if (options.story != nullptr && request.profile)
             throw CLI::ValidationError("a story brings its own switch: leave out --profile");
         options.speed = request.speed;
+        options.allEvents = request.allEvents;
         request.run = [options, &output](dcache::Format format) mutable {
             options.format = format;
             dcache::watch(options, output);
@@ -247,7 +325,7 @@ std::string helpFor(const CLI::App &app) {
 
 int complain(const std::string &message) {
     fmt::print(stderr, "dcache: {}\nRun \"dcache --help\" for help.\n", message);
-    return kUsage;
+    return dcache::kUsageExit;
 }
 
 std::string commandNames(const CLI::App &app) {
@@ -268,9 +346,10 @@ int run(int argc, char **argv) {
     addCommon(app, request);
     for (const Noun &noun : kNouns)
         addNoun(app, noun, request, output);
+    addZoning(app, request, output);
     addWatch(app, request, output);
     app.footer("A noun alone shows it: \"dcache switch\" is \"dcache switch show\".\n"
-               "Exit codes: 0 done, 1 failed, 2 usage.\n\n"
+               "Exit codes: 0 done, 1 failed, 2 usage; of zoning also 3 to 5, see its help.\n\n"
                "Examples:\n  dcache watch --story demo\n  dcache ports --state offline");
     try {
         app.parse(argc, argv);
@@ -290,7 +369,10 @@ int run(int argc, char **argv) {
     if (request.picture && request.format != "table")
         return complain("a drawing is for people: leave out --format, or the output format " + request.format);
     try {
-        const auto simulator = request.profile ? dcache::makeSimulator(*request.profile) : nullptr;
+        const bool isSimulated = request.profile || request.zoning;
+        const auto simulator = isSimulated ? dcache::makeSimulator(request.profile.value_or("fixed-24")) : nullptr;
+        if (request.zoning)
+            dcache::giveZoning(*simulator, dcache::readInput(*request.zoning));
         request.run(formatNamed(request.format));
     } catch (const dcache::Misuse &misuse) {
         return complain(misuse.what());
@@ -308,8 +390,11 @@ int main(int argc, char **argv) {
     } catch (const dcache::OutputFailed &failure) {
         if (failure.error != EPIPE)
             std::fprintf(stderr, "dcache: %s\n", failure.what());
+    } catch (const dcache::Stopped &stopped) {
+        std::fprintf(stderr, "dcache: %s\n", stopped.what());
+        return stopped.exitCode;
     } catch (const std::exception &error) {
         std::fprintf(stderr, "dcache: %s\n", error.what());
     }
-    return kFailed;
+    return dcache::kFailedExit;
 }

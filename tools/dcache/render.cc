@@ -1,7 +1,9 @@
 #include "tools/dcache/render.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <fmt/format.h>
+#include <utility>
 
 #include "tools/dcache/words.h"
 
@@ -54,10 +56,35 @@ std::vector<std::vector<Cell>> visibleLines(const Listing &listing) {
     return lines;
 }
 
+/// The line of a text with this number, from 0; empty when it has none.
+std::string lineOf(const std::string &text, size_t number) {
+    size_t begin = 0;
+    for (; number > 0 && begin != std::string::npos; --number) {
+        const size_t end = text.find('\n', begin);
+        begin = end != std::string::npos ? end + 1 : end;
+    }
+    return begin != std::string::npos ? text.substr(begin, text.find('\n', begin) - begin) : "";
+}
+
+/// A line of cells, as so many lines as the highest of them takes.
+std::vector<std::vector<Cell>> split(const std::vector<Cell> &line) {
+    std::ptrdiff_t height = 1;
+    for (const Cell &cell : line)
+        height = std::max(height, 1 + std::count(cell.text.begin(), cell.text.end(), '\n'));
+    std::vector<std::vector<Cell>> parts(static_cast<size_t>(height));
+    for (size_t i = 0; i < parts.size(); ++i)
+        for (const Cell &cell : line)
+            parts[i].push_back({nullptr, lineOf(cell.text, i), cell.tone});
+    return parts;
+}
+
 std::string listingTable(const Listing &listing, bool colour) {
     if (listing.rows.empty() && !listing.whenEmpty.empty())
         return listing.whenEmpty + '\n';
-    const auto lines = visibleLines(listing);
+    std::vector<std::vector<Cell>> lines;
+    for (const auto &line : visibleLines(listing))
+        for (auto &part : split(line))
+            lines.push_back(std::move(part));
     std::vector<size_t> widths(lines.front().size(), 0);
     for (const auto &line : lines)
         for (size_t i = 0; i < widths.size(); ++i)
@@ -65,7 +92,7 @@ std::string listingTable(const Listing &listing, bool colour) {
     std::string out;
     for (const auto &line : lines) {
         for (size_t i = 0; i < widths.size(); ++i) {
-            out += painted(line[i].text, line[i].tone, colour);
+            out += line[i].text.empty() ? "" : painted(line[i].text, line[i].tone, colour);
             out += i + 1 < widths.size() ? pad(line[i].text, widths[i] + kGap) : "\n";
         }
     }

@@ -25,7 +25,7 @@ enum class Tone { plain, good, bad, faint, accent };
 
 struct Cell {
     nlohmann::ordered_json value; ///< for programs and scripts
-    std::string text;             ///< for people
+    std::string text;             ///< for people; in a list it may have several lines
     Tone tone = Tone::plain;
 };
 

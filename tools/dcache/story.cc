@@ -1,6 +1,7 @@
 #include "tools/dcache/story.h"
 
 #include "platform/zovlib.h"
+#include "tools/dcache/zoning/otherclient.h"
 
 namespace dcache {
 namespace {
@@ -67,6 +68,30 @@ sim::Link linkToCore(unsigned number) {
 sim::NameServerEntry deviceAt(unsigned port) {
     const std::string rest = "0000E08B00200" + std::to_string(port);
     return {edge().wwn, port, "20" + rest, "21" + rest};
+}
+
+// The zoning that another client commits, grown from one commit to the next.
+std::string day() {
+    return "create zone db acl\n"
+           "add member db 10:00:00:00:C9:2B:44:01\n"
+           "add member db 50:06:01:60:3B:A0:00:01\n"
+           "create set day\n"
+           "add zone day db\n";
+}
+
+std::string dayWithBackup() {
+    return day() + "create zone backup soft\n"
+                   "add member backup 1:7\n"
+                   "add zone day backup\n";
+}
+
+std::string dayAndNight() {
+    return dayWithBackup() + "create set night\n"
+                             "add zone night backup\n";
+}
+
+void commit(Switch &device, const std::string &description) {
+    device.setZoning(databaseFrom(parseScript(description, ScriptPurpose::description)));
 }
 
 // One line per step, so that the story can be read from top to bottom.
@@ -183,11 +208,30 @@ const Story &blades() {
     };
     return story;
 }
+
+const Story &zoning() {
+    static const Story story = {
+        "zoning", "another management client changes the zoning; 11 s", "fixed-24", milliseconds(1500),
+        {
+            {"another client commits zone set \"day\" with a zone", [](Switch &device) { commit(device, day()); },
+             nullptr},
+            {"it activates \"day\"", [](Switch &device) { device.activateZoneset("day"); }, nullptr},
+            {"it adds a second zone to \"day\"", [](Switch &device) { commit(device, dayWithBackup()); }, nullptr},
+            {"it commits another zone set, \"night\"", [](Switch &device) { commit(device, dayAndNight()); }, nullptr},
+            {"it activates \"night\"", [](Switch &device) { device.activateZoneset("night"); }, nullptr},
+            {"the switch announces a change of zoning that is none",
+             [](Switch &device) { device.deliver(ZOV_EVENT_ZONE_CHANGE, {0, 0, 0}, "zoning"); },
+             "both checksums are what they were, so nothing is read"},
+            {"the other client deactivates the zone set", [](Switch &device) { device.activateZoneset(""); }, nullptr},
+        },
+    };
+    return story;
+}
 // clang-format on
 
 /// Every story there is.
 const std::vector<const Story *> &stories() {
-    static const std::vector<const Story *> all = {&demo(), &director(), &blades()};
+    static const std::vector<const Story *> all = {&demo(), &director(), &blades(), &zoning()};
     return all;
 }
 

@@ -74,6 +74,40 @@ std::string showTopology(Picture picture, Lines lines, Format format, bool colou
 /// What the terminal can show, going by the environment's locale.
 Lines linesOfLocale();
 
+/// The zoning database, or the active zone set alone.
+/// Keys: activeZoneset (text, null when none is active); zonesets (array of objects with name, active (boolean), zones
+/// (array of names)); zones (array of objects with name, type ("acl", "soft" or "vpf"), members (array of texts as scripts
+/// have them)); aliases (array of objects with name, members); limits (array of objects with what, used and limit
+/// (numbers; null when the switch has not told it)). Of the active zone set alone: activeZoneset, zones, aliases.
+Report showZoning(bool activeOnly);
+
+/// The database as a script that builds it in an empty one.
+std::string dumpZoning();
+
+/// What a script would make of the database, without the switch hearing of it; without a script, what is defined under
+/// the name of the active zone set and is not active. Keys: changes (array of objects with change ("added", "removed" or
+/// "changed"), object ("alias", "zone" or "zone set"), name, part ("member", "type" or "zone"; empty for the whole
+/// object), value).
+/// Throws Misuse for a script with errors; Stopped or Failure when an edit is refused.
+Report diffZoning(const std::optional<std::string> &script);
+
+struct ZoningRun {
+    std::string script;
+    std::string holder = "dcache"; ///< of the lock
+    bool dryRun = false;
+};
+
+/// Carries a script out, and tells of each step on stderr. Keys: edits (number), committed (boolean); after a commit
+/// activeZoneset, deviations (as the changes above: from what was committed to what the switch has) and limits; of a dry
+/// run changes. Throws as above.
+///
+/// SIGINT and SIGTERM end it with a Failure when the lock has been given back, and with the whole process, exit code 1,
+/// when the switch does not answer within two seconds.
+Report runZoning(const ZoningRun &run);
+
+/// What the help says beneath the options of the verbs above: the language of the scripts, the exit codes, examples.
+const char *zoningHelp();
+
 } // namespace dcache
 
 #endif // TOOLS_DCACHE_COMMANDS_COMMANDS_H
