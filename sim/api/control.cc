@@ -20,6 +20,7 @@ public:
     }
 
     ~SimulatedSwitch() override {
+        _endpoint->notifier.close(); // first of all: a client that finds the switch gone hears nothing more of it
         Registry::instance().remove(_endpoint);
         _endpoint->switchOff();
     }

@@ -46,13 +46,15 @@ bool Notifier::waitUntilQuiet(std::chrono::milliseconds limit) {
     return _changed.wait_for(lock, limit, [&] { return _taken >= sent || _stopping; });
 }
 
+void Notifier::close() {
+    const std::lock_guard<std::mutex> lock(_mutex);
+    _stopping = true;
+    _queue.clear();
+    _changed.notify_all();
+}
+
 void Notifier::stop() {
-    {
-        const std::lock_guard<std::mutex> lock(_mutex);
-        _stopping = true;
-        _queue.clear();
-        _changed.notify_all();
-    }
+    close();
     if (_thread.joinable())
         _thread.join();
 }

@@ -50,7 +50,9 @@ public:
     /// Waits until everything sent so far was taken; false when that took longer than `limit`.
     bool waitUntilQuiet(std::chrono::milliseconds limit);
 
-    /// Forgets what was not delivered yet and ends the thread. Nothing is delivered any more.
+    /// Forgets what was not delivered yet. Nothing is delivered any more; a callback may still be running.
+    void close();
+    /// The same, and ends the thread.
     void stop();
 
 private:

@@ -99,7 +99,8 @@ bool operator==(const LinkStateRecord &one, const LinkStateRecord &other) {
 Electorate electorateOf(const Identity &local, const Fabric &fabric) {
     Electorate electorate;
     const auto add = [&](unsigned priority, const std::string &wwn) {
-        electorate[{priority, std::stoull(wwn, nullptr, 16)}] = wwn;
+        const uint64_t name = std::stoull(wwn, nullptr, 16);
+        electorate[{priority, name}] = wwn;
     };
     add(fabric.priority, local.wwn);
     for (const Peer &peer : fabric.peers)

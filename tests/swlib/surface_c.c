@@ -4,6 +4,22 @@
 
 int32_t use_the_access_layer_from_c(void);
 
+/* Walks end where the switch refuses, and texts are made without it. */
+static int use_walks_and_texts(void) {
+    char text[256] = "x";
+    const unsigned char name[8] = {0x10, 0, 0, 0, 0xC0, 0xDD, 0, 1};
+    const zov_fzs_zonemember_type_e type = ZOV_ZMT_FCADDRESS;
+    zov_fzs_memberid_s id = {{{0}}};
+    if (get_first_lsdb_record(text) || get_next_lsdb_record("1", text) || get_lsdb_record_link_count("1") != -1 ||
+        get_lsdb_record_link_local_information("1", "0", text) ||
+        get_lsdb_record_link_remote_information("1", "0", text) || get_first_attached_port("1", text) ||
+        get_next_attached_port("1", "010000", text))
+        return 0;
+    formatMemberId(&type, &id, text, 0);
+    get_Active_ZoneSet(toUpper(byteToStr(ZOV_WWNToStr(text, name), name, 8)));
+    return ZoneMemberToString(text, 0) == 0 && zov_smlCnvFromZOVZoneType(ZOV_ZT_SOFT)[0] == 'S';
+}
+
 /* Uses every operation once; the number of the first step that went wrong, 0 when all went well. */
 int32_t use_the_access_layer_from_c(void) {
     SmlMsgGroup *group = zov_smlAllocMsgGroup(1u);
@@ -31,6 +47,8 @@ int32_t use_the_access_layer_from_c(void) {
         return 8;
     if (zov_smlSetV(hSwitch, "value", "Config.%s", "Key") != 0)
         return 9;
+    if (!use_walks_and_texts())
+        return 10;
     cim_log(CIM_LOG_INFO, "%s %d\n", "from C", 1);
     cim_log(CIM_LOG_CRIT, "from C 2\n");
     DataCacheLogger("from C %d\n", 3);

@@ -17,10 +17,10 @@ using scripted::Kind;
 int32_t zov_fzsGetZoningLimitations(zov_handle_t handle, zov_fzs_zoninglimits_s *limits) {
     const Call call("fzsGetZoningLimitations");
     EXPECT_EQ(handle, scripted::zoning.connection);
-    if (call.fails)
-        return call.result();
     *limits = scripted::zoning.limits;
-    return 0;
+    if (call.fails)
+        limits->zonesets = 77; // nobody may rely on what a failed call leaves
+    return call.fails ? call.result() : 0;
 }
 
 int32_t zov_fzsGetActiveZonesetName(zov_handle_t handle, char *name) {
@@ -279,7 +279,7 @@ int32_t zov_MemberGetAttr(void *member, zov_fzs_zonemember_type_e *type, void *a
     if (object->attribute.empty())
         std::memcpy(attribute, object->id.u.byte, sizeof object->id.u.byte);
     else
-        std::memcpy(attribute, object->attribute.c_str(), object->attribute.size() + 1);
+        std::memcpy(attribute, object->attribute.c_str(), std::min<std::size_t>(object->attribute.size() + 1, 256));
     return 0;
 }
 

@@ -1,5 +1,8 @@
 // The commit of the cached database, and the conversions from the numbers of CIM.
+#include "foundation/MERO_Except.h"
 #include "tests/zoning/CommitTest.h"
+
+#include <stdexcept>
 
 #include <fmt/format.h>
 
@@ -33,6 +36,42 @@ TEST_F(ZoningCommit, OfAnEmptyDatabaseEmptiesTheSwitch) {
     EXPECT_THAT(log(), IsEmpty());
     EXPECT_TRUE(isHeldBy("provider")) << "the cache's own picture of the lock stays";
     EXPECT_TRUE(support::isLockFree());
+}
+
+TEST_F(ZoningCommit, IsSentWithoutTheLockToo) {
+    cache->ZoningUnlock();
+    sent();
+    EXPECT_TRUE(cache->replaceZoningDB()) << "whether a client may commit is for the switch to say";
+    EXPECT_EQ(batch().size(), 5U);
+}
+
+TEST_F(ZoningCommit, AnExceptionOfTheLibraryOnTheWayIsLoggedByItsKind) {
+    const std::size_t mark = support::messagesIn(support::kCriticalLog).size();
+    whileSending([] { throw MERO_Except("Source.cc", "routine", 7, EXCEPT_INFO, "note %d", 3); });
+    EXPECT_FALSE(cache->replaceZoningDB());
+    EXPECT_THAT(log(), ElementsAre("Exception[INFO]:Source.cc:routine[7] note 3"));
+    EXPECT_EQ(support::messagesIn(support::kCriticalLog).size(), mark);
+    forget();
+    whileSending([] { throw MERO_Except("Source.cc", "routine", 8, EXCEPT_CRIT, "%s", "worse"); });
+    EXPECT_FALSE(cache->replaceZoningDB());
+    EXPECT_THAT(log(), ElementsAre("Exception[CRIT]:Source.cc:routine[8] worse"));
+    EXPECT_EQ(support::messagesIn(support::kCriticalLog).size(), mark + 1);
+    EXPECT_EQ(keptBy([this] { cache->replaceZoningDB(); }), 0) << "the batch is freed";
+    EXPECT_TRUE(support::isLockFree());
+}
+
+TEST_F(ZoningCommit, AnyOtherExceptionPassesWithTheLockGivenBack) {
+    whileSending([] { throw std::runtime_error("not the library's"); });
+    EXPECT_THROW(cache->replaceZoningDB(), std::runtime_error);
+    EXPECT_TRUE(support::isLockFree());
+    EXPECT_THAT(log(), IsEmpty());
+}
+
+TEST_F(ZoningCommit, AStatusThatTheSwitchLibraryDoesNotTouchIsNoRefusal) {
+    scripted::setBatch = [](zov_handle_t, SmlMessage *, int32_t) { return 0; };
+    EXPECT_TRUE(cache->replaceZoningDB());
+    EXPECT_THAT(log(), IsEmpty());
+    EXPECT_TRUE(isHeldBy("provider"));
 }
 
 TEST_F(ZoningCommit, SendsAliasesZonesAndZoneSetsInTheirOrder) {

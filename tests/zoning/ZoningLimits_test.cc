@@ -86,6 +86,13 @@ TEST_F(ZoningLimits, OnlyAnAliasIsLookedUp) {
         EXPECT_EQ(call.find("FindAlias"), std::string::npos) << call;
 }
 
+TEST_F(ZoningLimits, AnAliasNameWithoutItsEndIsLookedUpAsFarAsItsBytesGo) {
+    uber = scripted::zoneset("uber");
+    scripted::member(scripted::zone(uber, "oak", ZOV_ZT_SOFT), ZOV_ZMT_ALIAS, "web")->attribute = std::string(256, 'w');
+    enter(uber, ZONESET_UBER);
+    EXPECT_THAT(calls(), testing::Contains("ZonesetFindAlias(uber, " + std::string(255, 'w') + ")"));
+}
+
 TEST_F(ZoningLimits, WhatTheSwitchLibraryDoesNotHandOutCountsAsEmpty) {
     load();
     const struct {

@@ -41,8 +41,11 @@ protected:
         cache->initZoningLimits();
         forget();
     }
+    /// What is not said to be a failure of the cache stays out of the critical log.
     ~ZoningTest() override {
         cache.reset();
+        for (const std::string &line : support::messagesIn(support::kCriticalLog))
+            EXPECT_EQ(line.rfind("Exception[CRIT]:", 0), 0U) << line;
         scripted::zoning = {};
     }
 

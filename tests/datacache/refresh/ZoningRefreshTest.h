@@ -75,6 +75,7 @@ protected:
     void TearDown() override {
         support::onEvent(nullptr);
         cache().clearZoningCache();
+        EXPECT_THAT(support::messagesIn(support::kCriticalLog), testing::IsEmpty());
         EXPECT_EQ(scripted::zoning.alive(), 0);
     }
 
