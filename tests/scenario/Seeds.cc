@@ -4,7 +4,21 @@
 #include <fstream>
 #include <string>
 
+#include <gtest/gtest.h>
+
 namespace scenario {
+
+namespace {
+
+constexpr unsigned kGroups = 20;
+
+unsigned seedCount() {
+    constexpr unsigned seeds = 200;
+    const char *asked = std::getenv("DATACACHE_SEEDS"); // NOLINT(concurrency-mt-unsafe): one thread
+    return asked != nullptr ? static_cast<unsigned>(std::strtoul(asked, nullptr, 10)) : seeds;
+}
+
+} // namespace
 
 // The options that the test framework does not know are not handed on to anybody; the kernel keeps them all.
 unsigned seedAsked() {
@@ -16,10 +30,21 @@ unsigned seedAsked() {
     return 0;
 }
 
-unsigned seedCount() {
-    constexpr unsigned seeds = 200;
-    const char *asked = std::getenv("DATACACHE_SEEDS"); // NOLINT(concurrency-mt-unsafe): one thread
-    return asked != nullptr ? static_cast<unsigned>(std::strtoul(asked, nullptr, 10)) : seeds;
+std::vector<unsigned> seedGroups() {
+    std::vector<unsigned> first;
+    for (unsigned group = 1; group <= (seedAsked() != 0 ? 1 : kGroups); ++group)
+        first.push_back(group);
+    return first;
+}
+
+std::vector<unsigned> seedsOf(unsigned group) {
+    if (seedAsked() != 0)
+        return {seedAsked()};
+    std::vector<unsigned> seeds;
+    for (unsigned seed = group; seed <= seedCount(); seed += kGroups)
+        seeds.push_back(seed);
+    EXPECT_FALSE(seeds.empty()) << "a group without a seed tests nothing";
+    return seeds;
 }
 
 } // namespace scenario

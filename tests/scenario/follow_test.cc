@@ -27,7 +27,6 @@ using namespace scenario;
 namespace {
 
 constexpr unsigned kChanges = 500;
-constexpr unsigned kGroups = 20; // of seeds: tests that can run at the same time
 
 /// The switches that the seeds take their turns with, the small ones more often.
 constexpr std::array<const char *, 20> kProfiles = {
@@ -137,22 +136,11 @@ private:
 };
 
 TEST_P(Follow, TellsTheSameAsACacheStartedAfterwards) {
-    if (const unsigned seed = seedAsked(); seed != 0)
-        return follow(seed);
-    ASSERT_GE(seedCount(), kGroups) << "a group without a seed tests nothing";
-    for (unsigned seed = GetParam(); seed <= seedCount(); seed += kGroups)
+    for (const unsigned seed : seedsOf(GetParam()))
         follow(seed);
 }
 
-/// One group for one seed.
-std::vector<unsigned> groups() {
-    std::vector<unsigned> first;
-    for (unsigned group = 1; group <= (seedAsked() != 0 ? 1 : kGroups); ++group)
-        first.push_back(group);
-    return first;
-}
-
-INSTANTIATE_TEST_SUITE_P(Seeds, Follow, testing::ValuesIn(groups()),
+INSTANTIATE_TEST_SUITE_P(Seeds, Follow, testing::ValuesIn(seedGroups()),
                          [](const auto &group) { return fmt::format("From{}", group.param); });
 
 // ---- the comparison -----------------------------------------------------------------------------------

@@ -29,7 +29,6 @@ using namespace scenario;
 
 namespace {
 
-constexpr unsigned kGroups = 20;     // of seeds: tests that can run at the same time
 constexpr unsigned kFullEvery = 100; // a seed in so many begins with a full database
 constexpr const char *kHolder = "provider";
 constexpr const char *kSwitch = "100000C0DD00A1B2";
@@ -292,22 +291,11 @@ protected:
 };
 
 TEST_P(ZoningRoundTrip, EndsAsTheModelSays) {
-    if (const unsigned seed = seedAsked(); seed != 0)
-        return follow(seed);
-    ASSERT_GE(seedCount(), kGroups) << "a group without a seed tests nothing";
-    for (unsigned seed = GetParam(); seed <= seedCount(); seed += kGroups)
+    for (const unsigned seed : seedsOf(GetParam()))
         follow(seed);
 }
 
-/// One group for one seed.
-std::vector<unsigned> groups() {
-    std::vector<unsigned> first;
-    for (unsigned group = 1; group <= (seedAsked() != 0 ? 1 : kGroups); ++group)
-        first.push_back(group);
-    return first;
-}
-
-INSTANTIATE_TEST_SUITE_P(Seeds, ZoningRoundTrip, testing::ValuesIn(groups()),
+INSTANTIATE_TEST_SUITE_P(Seeds, ZoningRoundTrip, testing::ValuesIn(seedGroups()),
                          [](const auto &group) { return fmt::format("From{}", group.param); });
 
 /// The results that an edit can have while the switch library does its part.
