@@ -113,14 +113,23 @@ bool DataCache::startEventMonitor(EventCallback callback) {
     const AccessLock lock;
     _eventCallback = callback;
     codes::RegistrationList list = codes::registrationList();
-    if (zov_enRegisterForEventList(_hSwitch, zovlibNotificationCB, nullptr, list.data(),
-                                   static_cast<int32_t>(list.size())) != 0)
+    const int32_t result = zov_enRegisterForEventList(_hSwitch, zovlibNotificationCB, nullptr, list.data(),
+                                                      static_cast<int32_t>(list.size()));
+    if (result != 0)
         cim_log(CIM_LOG_INFO, "DCACHE: Unable to register for events via zov_enRegisterForEvents\n");
-    for (const zov_eventreg_s &entry : list) {
+    for (zov_eventreg_s &entry : list) {
         if (entry.result != 0)
             cim_log(CIM_LOG_INFO, "DCACHE: Unable to register for event %d\n", static_cast<int>(entry.code));
+        else
+            entry.result = result;
     }
+    _registrations.assign(list.begin(), list.end());
     return true;
+}
+
+std::vector<zov_eventreg_s> DataCache::getRegistrations() const {
+    const AccessLock lock;
+    return _registrations;
 }
 
 // ---- the EVAL thread ----------------------------------------------------------------------------------

@@ -29,7 +29,9 @@
 
 #include <array>
 #include <bitset>
+#include <chrono>
 #include <deque>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -73,6 +75,9 @@ public:
     /// Keeps the callback (null: events are dropped) and registers for notifications. A code that cannot be
     /// registered is logged and otherwise ignored. Always true.
     bool startEventMonitor(EventCallback callback);
+    /// How that went: the notification codes in the order of their registration, each with 0 or the switch library's
+    /// result, which is that of the whole call where a code has none of its own. Empty before.
+    std::vector<zov_eventreg_s> getRegistrations() const;
     /// Starts the EVAL thread, which runs a first pass at once; false if it could not be started.
     bool startEvalThread();
     /// Body of the EVAL thread; never returns. An exception other than a `char const*` out of a pass ends the process.
@@ -94,6 +99,8 @@ public:
     unsigned long getQueuedNotificationCount() const;
     /// Passes that have ended, by an exception or not.
     unsigned long getPassCount() const;
+    /// Whole seconds since the end of the last pass after which all areas were good; -1 while there was none.
+    long getSecondsSinceReadyPass() const;
 
     /// Ask for a refresh of one area, or of all. The next pass serves it; none of these starts a pass.
     void updateAll();
@@ -313,6 +320,7 @@ private:
     // connection and client
     zov_handle_t _hSwitch = 0;
     EventCallback _eventCallback = nullptr;
+    std::vector<zov_eventreg_s> _registrations;
 
     // notifications that wait for dispatch; the queue owns the records
     std::deque<zov_event_s *> _eventQueue;
@@ -359,6 +367,7 @@ private:
     // the pass itself
     bool _passRunning = false; // also while its callbacks run
     unsigned long _passCount = 0;
+    std::optional<std::chrono::steady_clock::time_point> _readyPassEnd;
 };
 
 #endif // DATACACHE_DATACACHE_H

@@ -74,6 +74,7 @@ bool DataCache::evaluateCaches() {
 
     _cacheReady = _areAllAreasGood();
     if (_cacheReady) {
+        _readyPassEnd = std::chrono::steady_clock::now();
         _deliver(DCEventDataCacheUpdateComplete());
     }
     return _cacheReady;
@@ -146,6 +147,14 @@ unsigned long DataCache::getQueuedNotificationCount() const {
 unsigned long DataCache::getPassCount() const {
     const AccessLock lock;
     return _passCount;
+}
+
+long DataCache::getSecondsSinceReadyPass() const {
+    const AccessLock lock;
+    if (!_readyPassEnd)
+        return -1;
+    const auto age = std::chrono::steady_clock::now() - *_readyPassEnd;
+    return static_cast<long>(std::chrono::duration_cast<std::chrono::seconds>(age).count());
 }
 
 // ---- requests -----------------------------------------------------------------------------------------

@@ -4,7 +4,7 @@
  * The switch is a tree of SML keys, dotted texts such as "Oper.Switch.WWN". A read gets keys; a write or a
  * command sets keys, a command carrying its arguments inside its key. This layer adds to the switch library's
  * own calls: growable batches of messages, the scan that tells whether a batch failed, single gets and
- * sets with printf-style keys, and walks over the fabric.
+ * sets with printf-style keys, the switch's settings, configuration sessions, and walks over the fabric.
  *
  * Thread-safety: the layer has no locks. Different threads may use it at the same time on different
  * groups and messages; one group or array belongs to one thread at a time.
@@ -90,6 +90,76 @@ DATACACHE_EXPORT int32_t zov_smlBatchSet(zov_handle_t handle, SmlMessage *messag
 
 /* The same for the CIM configuration, which needs no activation. */
 DATACACHE_EXPORT int32_t zov_smlBatchCimSet(zov_handle_t handle, SmlMessage *messages, int32_t count);
+
+/* ---- settings of the switch ---------------------------------------------------------------------- */
+
+/* Each reads one setting and returns its text as the switch has it, which the caller frees with zov_libFreeMemory(); null
+   when the read failed, or brought no text. The key is logged at level 2, then the text; a failure as zov_smlGetV() says,
+   so that 103, a setting that this switch does not have, is no failure for the log. */
+
+/* Services: "True" or "False". The community is the password of SNMP reads, and stands in the log too. */
+DATACACHE_EXPORT char *get_Switch_Telnet_Enabled(void);
+DATACACHE_EXPORT char *get_Switch_SSH_Enabled(void);
+DATACACHE_EXPORT char *get_Switch_EmbeddedGUI_Enabled(void);
+DATACACHE_EXPORT char *get_Switch_SNMPReadCommunity(void);
+DATACACHE_EXPORT char *is_Switch_SSLEnabled(void);
+DATACACHE_EXPORT char *is_Switch_SNMP_Enabled(void);
+
+/* The management port's addresses of both versions of IP, whether the switch has this version, and whether it is on. */
+DATACACHE_EXPORT char *get_Switch_IPv6Address(void);
+DATACACHE_EXPORT char *get_Switch_IPv6Feature(void);
+DATACACHE_EXPORT char *get_Switch_IPv6Enable(void);
+DATACACHE_EXPORT char *get_Switch_IPv4Address(void);
+DATACACHE_EXPORT char *get_Switch_IPv4Feature(void);
+DATACACHE_EXPORT char *get_Switch_IPv4Enable(void);
+
+/* What the factory and the firmware say of the switch. */
+DATACACHE_EXPORT char *get_Switch_PlanarPartNum(void);
+DATACACHE_EXPORT char *get_Switch_ChassisSerialNum(void);
+DATACACHE_EXPORT char *get_Switch_ChassisPartNum(void);
+DATACACHE_EXPORT char *get_Switch_ActiveVer(void);
+DATACACHE_EXPORT char *get_Switch_OemActiveVer(void);
+DATACACHE_EXPORT char *get_Switch_Brand_Name(void);
+DATACACHE_EXPORT char *get_Switch_Type(void);
+
+/* The switch in its fabric: its domain ID, and the world-wide names of the principal and of the switch itself, in
+   capitals. That its own name cannot be read is logged at level 4, 103 included. */
+DATACACHE_EXPORT char *get_Switch_Domain_ID(void);
+DATACACHE_EXPORT char *get_Principal_Switch_World_Wide_Name(void);
+DATACACHE_EXPORT char *get_Local_Switch_World_Wide_Name(void);
+
+/* The product's description, a copy of it, the chassis' serial number and the brand; each text is the caller's, to be freed
+   with zov_libFreeMemory().
+
+   When the description cannot be read the result is the switch library's, and nothing is handed out. When one of the others
+   cannot, the result is that of releasing what was read before it, usually 0: the copy and the serial number are null
+   then, the description is still the caller's, and the text that failed is as the switch library left it. So set all
+   four pointers to null before, and take null in `*descriptionCopy` for a failure. (It is null without memory, too.) */
+DATACACHE_EXPORT int32_t get_Product_Info(char **description, char **descriptionCopy, char **serialNumber,
+                                          char **brandName);
+
+/* ---- configuration sessions ---------------------------------------------------------------------- */
+
+/* A session is getConfigEditMode(), any number of zov_smlSetV(), then saveConfigEdit() or cancelConfigEdit(). One thread at
+   a time may be in these functions. They return 0, or -1 when the switch refuses; the refusal is logged at level 2, and its
+   key at level 4. */
+
+/* Takes the switch's admin mode, which one client at a time can have; asking again is allowed. */
+DATACACHE_EXPORT int reqAdminMode(void);
+/* Gives it back if reqAdminMode() or getConfigEditMode() of this process took it; 0 at once otherwise. When the switch
+   refuses, the process goes on counting as the holder. */
+DATACACHE_EXPORT int releaseAdminMode(void);
+/* Takes admin mode and opens an edit of the CIM configuration. Admin mode stays held also when the edit cannot be opened:
+   call releaseAdminMode() then. */
+DATACACHE_EXPORT int getConfigEditMode(void);
+/* Ends the edit, its sets kept or forgotten, and gives admin mode back; when the edit cannot be ended admin mode stays
+   held. */
+DATACACHE_EXPORT int saveConfigEdit(void);
+DATACACHE_EXPORT int cancelConfigEdit(void);
+/* Keeps the switch's configuration on the switch, and brings back what was kept. Results are the switch library's. Neither
+   takes admin mode: a switch may want the caller to hold it. */
+DATACACHE_EXPORT int backupConfig(void);
+DATACACHE_EXPORT int restoreConfig(void);
 
 /* ---- walks over the fabric ----------------------------------------------------------------------- */
 

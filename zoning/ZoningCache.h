@@ -194,6 +194,9 @@ protected:
     /// Those of the last loads. They start as no switch's are, so that the first refresh loads everything.
     Checksums _loadedSums = {1, "", 1};
 
+    /// Whether a zone set is part of the cache, whatever its kind.
+    bool _isEntered(void *handle) const;
+
 private:
     using ZoneSets = std::map<std::string, ZoneSet>;
 

@@ -67,6 +67,11 @@ void *ZoningCache::getUberZoneset() const {
     return _uberZoneset;
 }
 
+bool ZoningCache::_isEntered(void *handle) const {
+    return std::any_of(_zonesets.begin(), _zonesets.end(),
+                       [handle](const auto &each) { return each.second.handle == handle; });
+}
+
 // ---- entering and deleting ----------------------------------------------------------------------------
 
 /// The key of a zone set of this kind; false when its name cannot be read, or there is no such kind.

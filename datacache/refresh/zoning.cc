@@ -116,7 +116,7 @@ bool DataCache::_loadInactiveZoneset(const std::string &name) {
         return false;
     }
     const long seconds = watch.seconds();
-    if (addZoneset(zoneset, ZONESET_INACTIVE) != 0)
+    if (addZoneset(zoneset, ZONESET_INACTIVE) != 0 && !_isEntered(zoneset))
         zov_ZonesetDestroy(zoneset); // listed twice, or without a name: the first one stands
     cim_log(CIM_LOG_INFO, "DCACHE: Inactive zoneset '%s' added, %lds\n", name.c_str(), seconds);
     return true;

@@ -26,7 +26,7 @@ may_call='^(swlib/.*|zoning/.*|datacache/DataCache|datacache/SmlEntries|datacach
 # Standard libraries that may be loaded.
 may_load='^(libstdc\+\+\.so\.6|libm\.so\.6|libgcc_s\.so\.1|libc\.so\.6|ld(64)?(-linux.*)?\.so\.[0-9])$'
 # What clients may use (demangled names).
-library_exports='^((vtable|typeinfo|typeinfo name) for )?(DataCache|DataCacheEvent|DCEvent[A-Za-z]*|ZoningCache|MERO_Except|Wwn|FabricCache|SwitchCache|PortCache|Element<SwitchCache>|List<Element<SwitchCache>>)(::.*)?$|^(zov_sml[A-Za-z]*|isErrors|get_(first|next)_(lsdb_record|attached_port)|get_lsdb_record_link_[a-z_]+|get_Active_ZoneSet|ZOV_WWNToStr|byteToStr|formatMemberId|ZoneMemberToString|toUpper|hSwitch|cim_log|DataCacheLogger)$|^(booltostr)\('
+library_exports='^((vtable|typeinfo|typeinfo name) for )?(DataCache|DataCacheEvent|DCEvent[A-Za-z]*|ZoningCache|MERO_Except|Wwn|FabricCache|SwitchCache|PortCache|Element<SwitchCache>|List<Element<SwitchCache>>)(::.*)?$|^(zov_sml[A-Za-z]*|isErrors|get_(first|next)_(lsdb_record|attached_port)|get_lsdb_record_link_[a-z_]+|get_Active_ZoneSet|ZOV_WWNToStr|byteToStr|formatMemberId|ZoneMemberToString|toUpper|get_Switch_[A-Za-z0-9_]+|is_Switch_[A-Za-z_]+|get_(Principal|Local)_Switch_World_Wide_Name|get_Product_Info|(req|release)AdminMode|(get|save|cancel)ConfigEdit(Mode)?|(backup|restore)Config|hSwitch|cim_log|DataCacheLogger)$|^(booltostr)\('
 simulator_exports='^(zov_|zovsim_)[A-Za-z]*$'
 
 # names HEADER...: the functions that C headers declare

@@ -70,7 +70,15 @@ extern "C" int32_t zov_enRegisterForEventList(zov_handle_t handle, zov_eventcall
 
 namespace {
 
-class Lifecycle : public support::CacheTest {};
+class Lifecycle : public support::CacheTest {
+protected:
+    static std::vector<int32_t> registrationResults() {
+        std::vector<int32_t> results;
+        for (const zov_eventreg_s &entry : cache().getRegistrations())
+            results.push_back(entry.result);
+        return results;
+    }
+};
 
 std::vector<std::string> only(const std::vector<std::string> &lines, const std::string &part) {
     std::vector<std::string> found;
@@ -208,6 +216,7 @@ TEST_F(Lifecycle, AFailedRegistrationIsLoggedAndOtherwiseIgnored) {
     forget();
     EXPECT_TRUE(cache().startEventMonitor(nullptr));
     EXPECT_THAT(log(), ElementsAre("DCACHE: Unable to register for events via zov_enRegisterForEvents"));
+    EXPECT_THAT(registrationResults(), testing::Each(3));
 }
 
 TEST_F(Lifecycle, CodesThatCannotBeRegisteredAreLoggedInTheirOrder) {
@@ -223,6 +232,22 @@ TEST_F(Lifecycle, CodesThatCannotBeRegisteredAreLoggedInTheirOrder) {
     EXPECT_THAT(log(), ElementsAre("DCACHE: Unable to register for events via zov_enRegisterForEvents",
                                    "DCACHE: Unable to register for event 32", "DCACHE: Unable to register for event 29",
                                    "DCACHE: Unable to register for event 70"));
+    std::vector<int32_t> results(28, 9); // a code without a result of its own shares that of the call
+    results.front() = 1;
+    results[5] = -1;
+    results.back() = 24;
+    EXPECT_EQ(registrationResults(), results);
+}
+
+TEST_F(Lifecycle, HowTheRegistrationEndedCanBeAskedFor) {
+    DataCache::init();
+    EXPECT_THAT(cache().getRegistrations(), IsEmpty());
+    cache().startEventMonitor(nullptr);
+    const std::vector<zov_eventreg_s> registrations = cache().getRegistrations();
+    ASSERT_EQ(registrations.size(), registered.size());
+    for (std::size_t i = 0; i < registered.size(); ++i)
+        EXPECT_EQ(registrations[i].code, registered[i].code);
+    EXPECT_THAT(registrationResults(), testing::Each(0));
 }
 
 // ---- the EVAL thread ------------------------------------------------------------------------------------

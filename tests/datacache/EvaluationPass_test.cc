@@ -1,8 +1,26 @@
 // The evaluation pass: drain, refresh, and what exceptions do to it.
+#include <ctime>
 #include <stdexcept>
+
+#include <sys/syscall.h>
+#include <unistd.h>
 
 #include "tests/support/CacheTest.h"
 #include "tests/support/Lock.h"
+
+namespace {
+
+// The monotonic clock is ahead by this.
+time_t secondsAhead = 0;
+
+} // namespace
+
+extern "C" int clock_gettime(clockid_t clock, timespec *time) noexcept {
+    const long result = syscall(SYS_clock_gettime, clock, time);
+    if (result == 0 && clock == CLOCK_MONOTONIC)
+        time->tv_sec += secondsAhead;
+    return static_cast<int>(result);
+}
 
 namespace {
 
@@ -228,6 +246,28 @@ TEST_F(Pass, WithoutACallbackEventsAreDropped) {
     pass();
     EXPECT_THAT(events(), IsEmpty());
     EXPECT_THAT(cache().getRootSwitchStatus(), ElementsAre(10, 0, 0));
+}
+
+TEST_F(Pass, TellsHowLongAgoTheCacheWasLastComplete) {
+    const auto age = [] { return cache().getSecondsSinceReadyPass(); };
+    EXPECT_LT(age(), 60);
+    secondsAhead = 3600;
+    EXPECT_GE(age(), 3600);
+    failKey("Oper.Switch.OperState");
+    cache().updateSwitch();
+    EXPECT_FALSE(pass());
+    EXPECT_GE(age(), 3600) << "a pass that leaves an area bad does not count";
+    EXPECT_TRUE(pass());
+    EXPECT_LT(age(), 60);
+}
+
+TEST_F(Pass, InsideTheCompletionsCallbackTheCacheIsAsCompleteAsItSays) {
+    secondsAhead = 3600;
+    long age = -1;
+    support::onEvent([&](DataCacheEvent &) { age = cache().getSecondsSinceReadyPass(); });
+    EXPECT_TRUE(pass());
+    EXPECT_GE(age, 0);
+    EXPECT_LT(age, 60);
 }
 
 // ---- requests -------------------------------------------------------------------------------------------

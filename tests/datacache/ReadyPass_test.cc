@@ -191,7 +191,9 @@ protected:
 TEST_F(ReadyPass, TheFirstPassWithAllAreasGoodMakesTheCacheReady) {
     connect();
     EXPECT_FALSE(cache().isCacheReady());
+    EXPECT_EQ(cache().getSecondsSinceReadyPass(), -1);
     EXPECT_TRUE(pass());
+    EXPECT_GE(cache().getSecondsSinceReadyPass(), 0);
     EXPECT_TRUE(cache().isCacheReady());
     EXPECT_FALSE(cache().workToDo());
     EXPECT_THAT(events(), ElementsAre(kComplete));

@@ -57,4 +57,14 @@ std::vector<std::string> messagesSince(std::size_t mark) {
     return messages;
 }
 
+std::vector<std::string> numberless(std::vector<std::string> messages) {
+    for (std::string &line : messages) {
+        const std::size_t open = line.find('[');
+        const std::size_t close = line.find_first_not_of("0123456789", open + 1);
+        if (open != std::string::npos && close > open + 1 && close != std::string::npos && line[close] == ']')
+            line.replace(open + 1, close - open - 1, "#");
+    }
+    return messages;
+}
+
 } // namespace support

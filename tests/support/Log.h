@@ -23,6 +23,9 @@ std::vector<std::string> messagesIn(const std::string &name);
 std::size_t logMark();
 std::vector<std::string> messagesSince(std::size_t mark);
 
+/// Messages with the first "[line number]" of each as "[#]", for lines whose number is the source's.
+std::vector<std::string> numberless(std::vector<std::string> messages);
+
 } // namespace support
 
 #endif // TESTS_SUPPORT_LOG_H

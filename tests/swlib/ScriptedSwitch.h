@@ -21,6 +21,7 @@ inline std::function<int32_t(zov_handle_t, SmlMessage *, int32_t)> getBatch;
 inline std::function<int32_t(zov_handle_t, SmlMessage *, int32_t)> setBatch;
 inline std::function<int32_t(zov_handle_t, const char *, char **, uint32_t *)> get;
 inline std::function<int32_t(zov_handle_t, const char *, char *)> set;
+inline std::function<int32_t(void *)> release; ///< what comes of a text that has been released; without it 0
 
 template <class Script, class... Arguments>
 int32_t play(const char *call, const Script &script, Arguments... arguments) {
@@ -52,8 +53,9 @@ int32_t zov_smlSet(zov_handle_t handle, const char *key, char *value) {
 }
 
 int32_t zov_libFreeMemory(void *memory) {
+    const int32_t result = scripted::release ? scripted::release(memory) : 0;
     free(memory);
-    return 0;
+    return result;
 }
 
 } // extern "C"

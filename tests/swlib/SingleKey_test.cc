@@ -20,23 +20,12 @@ using Lines = std::vector<std::string>;
 constexpr zov_handle_t kHandle = 0x80000007; // not the one of the cache
 constexpr size_t kLongestKey = 255;
 
-/// The lines with their "[line number]" as "[#]".
-Lines numberless(Lines lines) {
-    for (std::string &line : lines) {
-        const size_t open = line.find('[');
-        const size_t close = line.find_first_not_of("0123456789", open + 1);
-        if (open != std::string::npos && close > open + 1 && close != std::string::npos && line[close] == ']')
-            line.replace(open + 1, close - open - 1, "#");
-    }
-    return lines;
-}
-
 Lines mainLines() {
-    return numberless(support::messagesIn(support::kMainLog));
+    return support::numberless(support::messagesIn(support::kMainLog));
 }
 
 Lines criticalLines() {
-    return numberless(support::messagesIn(support::kCriticalLog));
+    return support::numberless(support::messagesIn(support::kCriticalLog));
 }
 
 class SingleKey : public testing::Test {
@@ -148,7 +137,7 @@ TEST_F(SmlGetV, LongKeysAreCutTo255Characters) {
         EXPECT_EQ(_keys.back(), cut);
         const Lines expected = {"DCACHE: zov_smlGet '" + cut + "'",
                                 "CRIT:MERO_Zov_Lib:zov_smlGetV[#] zov_smlGet '" + cut + "' failed, sw_ret = 0x5"};
-        EXPECT_EQ(numberless(support::messagesSince(mark)), expected);
+        EXPECT_EQ(support::numberless(support::messagesSince(mark)), expected);
     }
 }
 
@@ -259,7 +248,7 @@ TEST_F(SmlSetV, LongKeysAreCutTo255Characters) {
         EXPECT_EQ(_keys.back(), cut);
         const Lines expected = {"DCACHE: zov_smlSet '" + cut + "'",
                                 "CRIT:MERO_Zov_Lib:zov_smlSetV[#] zov_smlSet '" + cut + "' failed, sw_ret = 5"};
-        EXPECT_EQ(numberless(support::messagesSince(mark)), expected);
+        EXPECT_EQ(support::numberless(support::messagesSince(mark)), expected);
     }
 }
 
@@ -278,7 +267,7 @@ TEST_F(SmlSetV, WithoutMemoryItFailsAndSaysSo) {
     const Lines expected = {"DCACHE: zov_smlSet 'Key'",
                             "CRIT:MERO_Zov_Lib:zov_smlSetV[#] zov_smlSet 'Key' failed, sw_ret = " +
                                 std::to_string(ENOMEM)};
-    EXPECT_EQ(numberless(support::messagesSince(mark)), expected);
+    EXPECT_EQ(support::numberless(support::messagesSince(mark)), expected);
 }
 
 TEST_F(SmlSetV, WithoutFormatNothingIsSent) {

@@ -20,7 +20,22 @@ static int use_walks_and_texts(void) {
     return ZoneMemberToString(text, 0) == 0 && zov_smlCnvFromZOVZoneType(ZOV_ZT_SOFT)[0] == 'S';
 }
 
-/* Uses every operation once; the number of the first step that went wrong, 0 when all went well. */
+/* Settings are texts, what the product is four of them, and a session ends as it began. */
+static int use_settings_and_sessions(void) {
+    char *texts[4] = {0, 0, 0, 0};
+    char *type = get_Switch_Type();
+    int i;
+    if (type == 0 || zov_libFreeMemory(type) != 0)
+        return 0;
+    if (get_Product_Info(&texts[0], &texts[1], &texts[2], &texts[3]) != 0)
+        return 0;
+    for (i = 0; i < 4; ++i)
+        zov_libFreeMemory(texts[i]);
+    return reqAdminMode() == 0 && releaseAdminMode() == 0 && getConfigEditMode() == 0 && cancelConfigEdit() == 0 &&
+           getConfigEditMode() == 0 && saveConfigEdit() == 0 && backupConfig() == 0 && restoreConfig() == 0;
+}
+
+/* Uses the operations once; the number of the first step that went wrong, 0 when all went well. */
 int32_t use_the_access_layer_from_c(void) {
     SmlMsgGroup *group = zov_smlAllocMsgGroup(1u);
     char *text = 0;
@@ -49,6 +64,8 @@ int32_t use_the_access_layer_from_c(void) {
         return 9;
     if (!use_walks_and_texts())
         return 10;
+    if (!use_settings_and_sessions())
+        return 11;
     cim_log(CIM_LOG_INFO, "%s %d\n", "from C", 1);
     cim_log(CIM_LOG_CRIT, "from C 2\n");
     DataCacheLogger("from C %d\n", 3);

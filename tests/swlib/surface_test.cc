@@ -32,6 +32,10 @@ static_assert(std::is_same_v<decltype(hSwitch), zov_handle_t>);
 static_assert(std::is_same_v<decltype(SmlMsgGroup::count), int32_t>);
 static_assert(std::is_same_v<decltype(SmlMsgGroup::capacity), int32_t>);
 static_assert(std::is_same_v<decltype(SmlMsgGroup::messages), SmlMessage *>);
+static_assert(std::is_same_v<decltype(get_Switch_SSH_Enabled), char *()>);
+static_assert(std::is_same_v<decltype(get_Product_Info), int32_t(char **, char **, char **, char **)>);
+static_assert(std::is_same_v<decltype(reqAdminMode), int()>);
+static_assert(std::is_same_v<decltype(restoreConfig), int()>);
 static_assert(std::is_same_v<decltype(get_next_lsdb_record), char *(const char *, char *)>);
 static_assert(std::is_same_v<decltype(get_lsdb_record_link_count), int(const char *)>);
 static_assert(std::is_same_v<decltype(ZOV_WWNToStr), char *(char *, const unsigned char *)>);
@@ -75,6 +79,36 @@ TEST(Surface, EveryOperationIsExportedUnderItsPlainName) {
                              "zov_smlSetV",
                              "zov_smlBatchSet",
                              "zov_smlBatchCimSet",
+                             "get_Switch_Telnet_Enabled",
+                             "get_Switch_SSH_Enabled",
+                             "get_Switch_EmbeddedGUI_Enabled",
+                             "get_Switch_SNMPReadCommunity",
+                             "is_Switch_SSLEnabled",
+                             "is_Switch_SNMP_Enabled",
+                             "get_Switch_IPv6Address",
+                             "get_Switch_IPv6Feature",
+                             "get_Switch_IPv6Enable",
+                             "get_Switch_IPv4Address",
+                             "get_Switch_IPv4Feature",
+                             "get_Switch_IPv4Enable",
+                             "get_Switch_PlanarPartNum",
+                             "get_Switch_ChassisSerialNum",
+                             "get_Switch_ChassisPartNum",
+                             "get_Switch_ActiveVer",
+                             "get_Switch_OemActiveVer",
+                             "get_Switch_Brand_Name",
+                             "get_Switch_Type",
+                             "get_Switch_Domain_ID",
+                             "get_Principal_Switch_World_Wide_Name",
+                             "get_Local_Switch_World_Wide_Name",
+                             "get_Product_Info",
+                             "reqAdminMode",
+                             "releaseAdminMode",
+                             "getConfigEditMode",
+                             "saveConfigEdit",
+                             "cancelConfigEdit",
+                             "backupConfig",
+                             "restoreConfig",
                              "get_first_lsdb_record",
                              "get_next_lsdb_record",
                              "get_lsdb_record_link_count",
@@ -140,13 +174,12 @@ TEST(Surface, AClientInCUsesIt) {
     };
     scripted::set = [](zov_handle_t handle, const char *, char *) { return handle == 5 ? 0 : 1; };
     EXPECT_EQ(use_the_access_layer_from_c(), 0) << "the step that went wrong";
-    const auto linesOf = [](const char *file) {
+    const auto linesOf = [](const char *file) { // the client's own, and those of its own keys
         std::vector<std::string> lines = support::messagesIn(file);
-        const auto isOfTheActiveZoneset = [](const std::string &line) { // its number is the source's
-            return line.rfind("CRIT:MERO_Zov_Lib:get_Active_ZoneSet[", 0) == 0;
+        const auto isOther = [](const std::string &line) {
+            return line.find("Key'") == std::string::npos && line.find("from C") == std::string::npos;
         };
-        EXPECT_EQ(std::count_if(lines.begin(), lines.end(), isOfTheActiveZoneset), 1);
-        lines.erase(std::remove_if(lines.begin(), lines.end(), isOfTheActiveZoneset), lines.end());
+        lines.erase(std::remove_if(lines.begin(), lines.end(), isOther), lines.end());
         return lines;
     };
     const std::vector<std::string> lines = {"DCACHE: zov_smlGet 'Oper.Key'", "DCACHE: zov_smlSet 'Config.Key'",

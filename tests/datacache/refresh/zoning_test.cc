@@ -198,6 +198,16 @@ TEST_F(ZoningRefresh, AZoneSetThatIsListedTwiceIsEnteredOnce) {
     EXPECT_EQ(cache().getZoningCounts().zonesets, 2);
 }
 
+TEST_F(ZoningRefresh, AZoneSetThatIsHandedOutTwiceIsEnteredOnceAndKept) {
+    scripted::Object *alpha = scripted::zoneset("Alpha");
+    scripted::zoning.listed = {"Alpha", "beta", "Alpha"};
+    scripted::zoning.fetch = [=](const std::string &name) { return name == "Alpha" ? alpha : scripted::zoneset(name); };
+    EXPECT_TRUE(refresh());
+    EXPECT_FALSE(alpha->destroyed);
+    EXPECT_THAT(zonesets(), ElementsAre("Alpha", "live", kUber, "beta"));
+    EXPECT_EQ(scripted::zoning.alive(), 4);
+}
+
 TEST_F(ZoningRefresh, AZoneSetWithoutANameIsNotEntered) {
     fail("ZonesetGetName", 1);
     EXPECT_TRUE(refresh());
