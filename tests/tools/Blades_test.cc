@@ -1,5 +1,6 @@
 // `dcache blades`: commands/blades.cc.
 #include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
 
 #include "sim/Simulator.h"
 #include "tools/dcache/commands/commands.h"

@@ -1,6 +1,7 @@
 #include "tools/dcache/commands/commands.h"
 
 #include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
 
 #include "sim/Simulator.h"
 #include "tools/dcache/commands/facts.h"
@@ -121,14 +122,14 @@ TEST_F(Commands, AccountsThatCannotBeReadAreAFailureThatNamesTheArea) {
 }
 
 TEST(Cells, AnEmptyCellIsNullForPrograms) {
-    EXPECT_TRUE(emptyCell("-").value.is_null());
+    EXPECT_EQ(emptyCell("-").value, Value());
     EXPECT_EQ(emptyCell("-").text, "-");
 }
 
 TEST(Faults, ZerosAreNoFaultsAndAnEmptyListHasNotBeenRead) {
     EXPECT_EQ(faultsCell({}).text, "not read");
     EXPECT_EQ(faultsCell({0, 0}).text, "none");
-    EXPECT_EQ(faultsCell({0, 0}).value, nlohmann::ordered_json::array());
+    EXPECT_EQ(faultsCell({0, 0}).value, Value::List());
     EXPECT_EQ(faultsCell({32768, 32769}).text, "self-test failed (32768), management-processor fault (32769)");
-    EXPECT_EQ(faultsCell({0, 32769}).value, nlohmann::ordered_json::array({"management-processor fault"}));
+    EXPECT_EQ(faultsCell({0, 32769}).value, Value::List{"management-processor fault"});
 }

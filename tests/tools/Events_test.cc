@@ -1,5 +1,6 @@
 #include "tools/dcache/events.h"
 
+#include "tools/dcache/json.h"
 #include <gmock/gmock.h>
 #include <memory>
 
@@ -15,9 +16,9 @@ const Surroundings kAround = {kOwn, 2};
 
 /// The fields as one JSON object.
 std::string fieldsOf(const EventDescription &description) {
-    nlohmann::ordered_json object = nlohmann::ordered_json::object();
+    Json object = Json::object();
     for (const Field &field : description.fields)
-        object[field.name] = field.value;
+        object[field.name] = toJson(field.value);
     return object.dump();
 }
 

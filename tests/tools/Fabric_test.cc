@@ -1,5 +1,6 @@
 // `dcache fabric`: commands/fabric.cc.
 #include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
 
 #include "sim/Simulator.h"
 #include "tests/support/Uptime.h"

@@ -1,5 +1,6 @@
 // `dcache ports`: commands/ports.cc.
 #include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
 
 #include "sim/Simulator.h"
 #include "tests/tools/RunDcache.h"

@@ -1,5 +1,6 @@
 #include "tools/dcache/render.h"
 
+#include "tools/dcache/json.h"
 #include <gmock/gmock.h>
 
 using namespace dcache;
@@ -10,7 +11,7 @@ Report sample() {
     Report report;
     report.facts = {
         {"name", "name", {"edge 1", "edge 1", Tone::accent}},
-        {"status", "operational status", {{2, 0, 0}, "OK (2)", Tone::good}},
+        {"status", "operational status", {Value::List{2, 0, 0}, "OK (2)", Tone::good}},
         {"hidden", nullptr, {true, "yes"}},
     };
     report.listings = {
@@ -73,8 +74,8 @@ TEST(Render, CellsOfSeveralLinesStandBesideOneAnother) {
     Report report;
     report.listings = {{"zones",
                         {{"name", "ZONE"}, {"hidden", nullptr}, {"members", "MEMBERS"}},
-                        {{{"db", "db"}, {1, "unseen"}, {{"a", "bb"}, "a\nbb", Tone::good}},
-                         {{"x", "x\ny\nz"}, {2, ""}, {{"c"}, "c"}}}}};
+                        {{{"db", "db"}, {1, "unseen"}, {Value::List{"a", "bb"}, "a\nbb", Tone::good}},
+                         {{"x", "x\ny\nz"}, {2, ""}, {Value::List{"c"}, "c"}}}}};
     EXPECT_EQ(render(report, Format::table, false), "ZONE  MEMBERS\n"
                                                     "db    a\n"
                                                     "      bb\n"
@@ -122,15 +123,15 @@ TEST(Render, TerseIsOneKeyAndValuePerLine) {
 
 TEST(Render, TerseValuesStayOnOneLine) {
     EXPECT_EQ(terseValue("a\tb\nc"), "a\\x09b\\x0Ac");
-    EXPECT_EQ(terseValue({"x", "y"}), "x,y");
-    EXPECT_EQ(terseValue(nlohmann::ordered_json::array()), "");
+    EXPECT_EQ(terseValue(Value::List{"x", "y"}), "x,y");
+    EXPECT_EQ(terseValue(Value::List()), "");
     EXPECT_EQ(terseValue(false), "false");
     EXPECT_EQ(terseValue(7), "7");
     EXPECT_EQ(terseValue(nullptr), "");
 }
 
 TEST(Render, JsonOfBytesThatAreNoUtf8IsStillJson) {
-    const std::string text = jsonLine({{"user", "a\xff\xfe"}});
+    const std::string text = jsonText({{"user", "a\xff\xfe"}}, -1);
     EXPECT_EQ(nlohmann::json::parse(text).at("user"), "a\xef\xbf\xbd\xef\xbf\xbd");
 }
 

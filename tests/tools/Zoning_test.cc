@@ -1,6 +1,7 @@
 // `dcache zoning`: commands/zoning.cc, and the command line around it.
 #include <chrono>
 #include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
 #include <signal.h>
 #include <unistd.h>
 

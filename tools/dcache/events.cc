@@ -14,7 +14,7 @@ using Fields = std::vector<Field>;
 Field field(const char *name, const Wwn &value) {
     return {name, colonForm(value)};
 }
-template <class Value> Field field(const char *name, const Value &value) {
+template <class Plain> Field field(const char *name, const Plain &value) {
     return {name, value};
 }
 

@@ -8,11 +8,11 @@
 #define TOOLS_DCACHE_EVENTS_H
 
 #include <functional>
-#include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
 
 #include "datacache/DataCacheEvent.h"
+#include "tools/dcache/value.h"
 
 namespace dcache {
 
@@ -29,7 +29,7 @@ struct Surroundings {
 /// arrays of numbers.
 struct Field {
     const char *name;
-    nlohmann::ordered_json value;
+    Value value;
 };
 
 struct EventDescription {

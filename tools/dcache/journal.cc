@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "tools/dcache/failure.h"
+#include "tools/dcache/json.h"
 #include "tools/dcache/words.h"
 
 namespace dcache {
@@ -64,19 +65,19 @@ std::string tableLine(const Entry &entry, bool colour) {
                        painted(word, kind.tone, colour), painted(words, kind.tone, colour));
 }
 
-std::string jsonText(const Entry &entry) {
-    nlohmann::ordered_json object = {{"time", isoTime(entry.time)}, {"kind", rowOf(entry.kind).word}};
+std::string jsonLine(const Entry &entry) {
+    Json object = {{"time", isoTime(entry.time)}, {"kind", rowOf(entry.kind).word}};
     if (entry.kind == EntryKind::event) {
         object["type"] = entry.event.type;
         object["name"] = entry.event.name;
     }
     object["text"] = entry.event.words;
     if (entry.kind == EntryKind::event) {
-        auto &fields = object["fields"] = nlohmann::ordered_json::object();
+        auto &fields = object["fields"] = Json::object();
         for (const Field &field : entry.event.fields)
-            fields[field.name] = field.value;
+            fields[field.name] = toJson(field.value);
     }
-    return jsonLine(object) + '\n';
+    return jsonText(object, -1);
 }
 
 std::string terseLine(const Entry &entry) {
@@ -98,7 +99,7 @@ EventDescription justWords(const std::string &words) {
 std::string render(const Entry &entry, Format format, bool colour) {
     switch (format) {
     case Format::json:
-        return jsonText(entry);
+        return jsonLine(entry);
     case Format::terse:
         return terseLine(entry);
     case Format::table:

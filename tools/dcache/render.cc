@@ -5,6 +5,7 @@
 #include <fmt/format.h>
 #include <utility>
 
+#include "tools/dcache/json.h"
 #include "tools/dcache/words.h"
 
 namespace dcache {
@@ -110,16 +111,16 @@ std::string table(const Report &report, bool colour) {
     return out;
 }
 
-nlohmann::ordered_json object(const Report &report) {
-    nlohmann::ordered_json out = nlohmann::ordered_json::object();
+Json object(const Report &report) {
+    Json out = Json::object();
     for (const Fact &fact : report.facts)
-        out[fact.key] = fact.cell.value;
+        out[fact.key] = toJson(fact.cell.value);
     for (const Listing &listing : report.listings) {
-        auto &array = out[listing.key] = nlohmann::ordered_json::array();
+        auto &array = out[listing.key] = Json::array();
         for (const auto &row : listing.rows) {
-            nlohmann::ordered_json element = nlohmann::ordered_json::object();
+            Json element = Json::object();
             for (size_t i = 0; i < row.size(); ++i)
-                element[listing.columns[i].key] = row[i].value;
+                element[listing.columns[i].key] = toJson(row[i].value);
             array.push_back(element);
         }
     }
@@ -146,7 +147,7 @@ std::string terse(const Report &report) {
 std::string render(const Report &report, Format format, bool colour) {
     switch (format) {
     case Format::json:
-        return object(report).dump(2, ' ', false, nlohmann::json::error_handler_t::replace) + '\n';
+        return jsonText(object(report), 2);
     case Format::terse:
         return terse(report);
     case Format::table:
@@ -155,21 +156,20 @@ std::string render(const Report &report, Format format, bool colour) {
     return table(report, colour);
 }
 
-std::string terseValue(const nlohmann::ordered_json &value) {
-    if (value.is_string())
-        return printable(value.get<std::string>());
-    if (value.is_null())
-        return "";
-    if (!value.is_array())
-        return value.dump();
-    std::string list;
-    for (const auto &element : value)
-        list += (list.empty() ? "" : ",") + terseValue(element);
-    return list;
-}
-
-std::string jsonLine(const nlohmann::ordered_json &value) {
-    return value.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
+std::string terseValue(const Value &value) {
+    struct Terse {
+        std::string operator()(std::nullptr_t) const { return ""; }
+        std::string operator()(bool truth) const { return truth ? "true" : "false"; }
+        std::string operator()(long long number) const { return std::to_string(number); }
+        std::string operator()(const std::string &text) const { return printable(text); }
+        std::string operator()(const Value::List &list) const {
+            std::string all;
+            for (const Value &element : list)
+                all += (all.empty() ? "" : ",") + terseValue(element);
+            return all;
+        }
+    };
+    return std::visit(Terse(), value.content());
 }
 
 std::string painted(const std::string &text, Tone tone, bool colour) {

@@ -12,9 +12,10 @@
 #ifndef TOOLS_DCACHE_RENDER_H
 #define TOOLS_DCACHE_RENDER_H
 
-#include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
+
+#include "tools/dcache/value.h"
 
 namespace dcache {
 
@@ -24,8 +25,8 @@ enum class Format { table, json, terse };
 enum class Tone { plain, good, bad, faint, accent };
 
 struct Cell {
-    nlohmann::ordered_json value; ///< for programs and scripts
-    std::string text;             ///< for people; in a list it may have several lines
+    Value value;      ///< for programs and scripts
+    std::string text; ///< for people; in a list it may have several lines
     Tone tone = Tone::plain;
 };
 
@@ -57,10 +58,7 @@ struct Report {
 std::string render(const Report &report, Format format, bool colour);
 
 /// A value on one line for scripts: texts as they are but for unprintable bytes, arrays with commas.
-std::string terseValue(const nlohmann::ordered_json &value);
-
-/// JSON on one line. Bytes that are not UTF-8 are replaced.
-std::string jsonLine(const nlohmann::ordered_json &value);
+std::string terseValue(const Value &value);
 
 /// The text in the colour of the tone, or as it is.
 std::string painted(const std::string &text, Tone tone, bool colour);

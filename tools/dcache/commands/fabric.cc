@@ -104,15 +104,15 @@ Listing portsWithDevices(const SwitchCache &device, std::multimap<int, std::stri
         "ports", {{"index", "PORT"}, {"wwn", "WWN"}, {"devices", "DEVICES"}}, {}, "No ports are known of this switch."};
     for (PortCache port = device.getFirstPort(); !port.isNull(); port = device.getNextPort(port)) {
         const std::string name = colonForm(port._wwn);
-        Cell here{nlohmann::ordered_json::array(), ""};
+        Value::List names;
+        std::string text;
         const auto [first, last] = devices.equal_range(port._port_index);
         for (auto at = first; at != last; ++at) {
-            here.value.push_back(at->second);
-            here.text += (here.text.empty() ? "" : ", ") + printable(at->second);
+            names.emplace_back(at->second);
+            text += (text.empty() ? "" : ", ") + printable(at->second);
         }
         devices.erase(first, last);
-        if (here.text.empty())
-            here = {here.value, "-", Tone::faint};
+        const Cell here = text.empty() ? Cell{names, "-", Tone::faint} : Cell{names, text};
         listing.rows.push_back({count(port._port_index), {name, name}, here});
     }
     return listing;

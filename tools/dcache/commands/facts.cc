@@ -11,13 +11,15 @@ Cell emptyCell(const char *sign) {
 }
 
 Cell faultsCell(const StatusList &faults) {
-    Cell cell{nlohmann::ordered_json::array(), "", Tone::bad};
+    Cell cell{nullptr, "", Tone::bad};
+    Value::List words;
     for (const unsigned short fault : faults) {
         if (fault != 0) {
-            cell.value.push_back(statusWord(fault));
+            words.emplace_back(statusWord(fault));
             cell.text += fmt::format("{}{} ({})", cell.text.empty() ? "" : ", ", statusWord(fault), fault);
         }
     }
+    cell.value = words;
     if (cell.text.empty()) {
         cell.text = faults.empty() ? "not read" : "none";
         cell.tone = faults.empty() ? Tone::faint : Tone::good;
