@@ -273,6 +273,18 @@ public:
     virtual ~Simulator() = default;
 
     // ---- the switch's state, by the key under which clients read it ----------------------------------
+    //
+    // Clients configure the switch in admin mode: they open an edit, set keys of the configuration, and save or cancel
+    // it. A value that cannot be, and a key that cannot be set, are refused when they are set; the edit goes on without
+    // them. "Cmd.Switch.BackupConfig" keeps what the whole configuration is at the time, with all ports, whatever is
+    // being edited or waits to be activated; the next one replaces it. "Cmd.Switch.RestoreConfig" makes it the running
+    // configuration again, with the notifications that a saved edit would send, in the order of the tree. Ports that the
+    // switch has no longer, and what it does not support any more, are passed over. It is refused with status 30 when
+    // nothing was backed up, and with status 14 while an edit is open; what waits to be activated goes on waiting.
+    //
+    // The management port has an address of an IP version only while the switch has the version's feature and the
+    // version is enabled; the key's value is empty otherwise. An address that is set meanwhile shows as soon as there is
+    // one. That it comes or goes is announced as a change of it, by code 68 or 69.
 
     /// Sets an attribute as the switch itself would change it: no admin mode is needed, and state that
     /// clients can only read can be set too. With Notify::yes the notification that belongs to the
@@ -449,7 +461,7 @@ public:
     /// The number of connections made since construction.
     virtual unsigned connectionCount() const = 0;
     /// The switch reboots in no time: nobody holds admin mode or the zoning lock any more, and edits that were not saved
-    /// are gone. Everything else stays: the configuration, what was saved, the clock, connections and their
+    /// are gone. Everything else stays: the configuration, what was saved, the backup, the clock, connections and their
     /// registrations. Sends nothing.
     virtual void restart() = 0;
 };
@@ -462,10 +474,12 @@ constexpr int kInterfaceVersion = 4;
 /// Makes a switch from a named profile, all of them healthy:
 ///
 ///     fixed-24       one box of 24 ports with two power supplies and three fans
-///     director-8     8 slots: CPU, three I/O blades, two power supplies, fans, an I/O blade; 16 ports per I/O blade
+///     director-8     8 slots: CPU, three I/O blades, two power supplies, fans, an I/O blade; 16 ports per I/O blade;
+///                    reached by IPv6 too, and with its vendor's own number of the firmware
 ///     fixed-128      one box of 128 ports
 ///     claims-200     like fixed-24, but with 200 ports, more than such a switch can have
-///     second-naming  like fixed-24, but named as Cisco's switches are: an NAA 2 name, and ports numbered from one
+///     second-naming  like fixed-24, but named as Cisco's switches are: an NAA 2 name, and ports numbered from one;
+///                    without IPv6
 ///     fabric-2       a box of 24 ports linked to one like it
 ///     fabric-12      a box of 24 ports at the edge of a fabric of 12: two linked cores, every edge on both
 ///     fabric-60      the same with 60 switches and four cores, every edge on two of them

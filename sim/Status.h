@@ -43,6 +43,7 @@ enum Status : int32_t {
     kLockNotHeld = 27,   ///< the client gives back a lock that it does not hold
     kLimitReached = 28,  ///< the zoning database is full in this respect
     kEditSpoilt = 29,    ///< something in the edit was refused, so it is not saved
+    kNoBackup = 30,      ///< the configuration was never backed up
     kInternal = 99,      ///< the switch library failed in a way of its own
     kNotSupported = 103, ///< the attribute exists, but not on this switch as it is equipped
 };

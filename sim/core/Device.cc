@@ -100,6 +100,8 @@ int32_t Device::setLocked(zov_handle_t client, const std::string &key, const std
         return kNoSuchKey;
     if (attribute.row->access == Access::readOnly)
         return kReadOnly;
+    if (const Status status = attribute.status(_switch); status != kOk)
+        return status;
     if (!_admin.heldBy(client))
         return kAdminRequired;
     if (!_edit.isOpen())
@@ -110,12 +112,14 @@ int32_t Device::setLocked(zov_handle_t client, const std::string &key, const std
 }
 
 int32_t Device::run(zov_handle_t client, const GivenCommand &command) {
-    CommandContext context{client, _admin, _edit, _zoningSession, _switch.zoning};
+    CommandContext context{client, _admin, _edit, _zoningSession, _switch.zoning, _switch, _backup};
     const Status status = runCommand(command, context);
     bool changed = false;
-    for (const auto &[key, value] : context.running)
-        if (const Attribute attribute = findAttribute(_switch, key)) // its port may have gone since
+    for (const auto &[key, value] : context.running) {
+        const Attribute attribute = findAttribute(_switch, key);
+        if (attribute && attribute.status(_switch) == kOk) // its port or its feature may have gone since
             changed |= apply(attribute, key, value, Notify::yes);
+    }
     if (changed && context.changed == Configuration::cim)
         _notifier.send(makeEvent(ZOV_EVENT_CIM_CFG_CHANGE, {0, 0, 0}, "CIM configuration saved"));
     send(context.announcements);

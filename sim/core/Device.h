@@ -85,6 +85,7 @@ private:
     std::chrono::seconds _uptime{3600};
     AdminMode _admin;
     ConfigEdit _edit;
+    Backup _backup;
     ZoningSession _zoningSession;
 };
 

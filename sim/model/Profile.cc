@@ -40,7 +40,7 @@ std::vector<UserPort> portsInUse(unsigned count) {
 }
 
 /// A switch alone in its fabric, with two power supplies and three fans.
-Switch standalone(const char *wwn, unsigned ports) {
+Switch standalone(const char *type, const char *wwn, unsigned ports) {
     Switch device;
     device.identity.wwn = wwn;
     device.identity.principal = device.identity.wwn;
@@ -52,12 +52,15 @@ Switch standalone(const char *wwn, unsigned ports) {
     device.manufacturing.brandName = "FC Switch";
     device.manufacturing.chassisSerialNum = "0331A00042";
     device.manufacturing.productFeatureType = "Standard";
+    device.settings.type = type;
+    device.settings.description =
+        device.manufacturing.brandName + ", " + std::to_string(ports) + " Fibre Channel ports";
     return device;
 }
 
 /// One box: a single slot, the box itself.
 Switch box(const char *wwn, unsigned ports) {
-    Switch device = standalone(wwn, ports);
+    Switch device = standalone("Fixed-Port Switch", wwn, ports);
     device.manufacturing.chassisPartNum = "31-24000-01";
     device.manufacturing.planarPartNum = "31-24100-03";
     device.slots = {slotWith({"IO", device.manufacturing.planarPartNum, device.manufacturing.chassisSerialNum, 3, 5})};
@@ -77,16 +80,20 @@ Switch claims200() {
 }
 
 Switch secondNaming() {
-    return box("2000000DEC00A1B2", 24);
+    Switch device = box("2000000DEC00A1B2", 24);
+    device.settings.ipv6.feature = false;
+    return device;
 }
 
 constexpr const char *kDirectorBlades[] = {"CPU", "IO", "IO", "IO", "PS", "PS", "FAN", "IO"};
 
 /// The ports are spread over the I/O blades, in the order of the slots.
 Switch director8() {
-    Switch device = standalone("100000C0DD00A800", 4 * kPortsPerBlade);
+    Switch device = standalone("Director", "100000C0DD00A800", 4 * kPortsPerBlade);
     device.manufacturing.chassisPartNum = "31-80000-01";
     device.manufacturing.planarPartNum = "31-80100-01";
+    device.settings.ipv6.isEnabled = true;
+    device.settings.oemActiveVersion = "3.1.0";
     size_t nextPort = 0;
     for (const char *type : kDirectorBlades) {
         const auto slot = static_cast<unsigned>(device.slots.size());

@@ -14,6 +14,7 @@
 #include "sim/model/Identity.h"
 #include "sim/model/Manufacturing.h"
 #include "sim/model/Ports.h"
+#include "sim/model/Settings.h"
 #include "sim/model/Zoning.h"
 
 namespace sim {
@@ -25,6 +26,7 @@ struct Switch {
     std::vector<Slot> slots;
     std::vector<std::string> accounts; ///< in the order in which they are listed
     Manufacturing manufacturing;
+    Settings settings;
     Zoning zoning;
     Fabric fabric;
 };

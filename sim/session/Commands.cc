@@ -45,6 +45,15 @@ Status activateSwitch(CommandContext &context, const Arguments &) {
     return context.edit.activate(context.running);
 }
 
+Status backUp(CommandContext &context, const Arguments &) {
+    context.backup.take(context.device);
+    return kOk;
+}
+
+Status restore(CommandContext &context, const Arguments &) {
+    return context.edit.isOpen() ? kEditOpen : context.backup.restore(context.running);
+}
+
 constexpr Command kCommands[] = {
     {"Cmd.Switch.ReqAdmin", Needs::nothing, requestAdmin},
     {"Cmd.Switch.RelAdmin", Needs::nothing, releaseAdmin},
@@ -53,6 +62,8 @@ constexpr Command kCommands[] = {
     {"Cmd.Switch.SaveConfig", Needs::admin, saveSwitch},
     {"Cmd.Switch.ActConfig", Needs::admin, activateSwitch},
     {"Cmd.Switch.CancelConfig", Needs::admin, cancelEdit<Configuration::wholeSwitch>},
+    {"Cmd.Switch.BackupConfig", Needs::admin, backUp},
+    {"Cmd.Switch.RestoreConfig", Needs::admin, restore},
     {"Cmd.Cim.EditConfig", Needs::admin, openEdit<Configuration::cim>},
     {"Cmd.Cim.SaveConfig", Needs::admin, saveCim},
     {"Cmd.Cim.CancelConfig", Needs::admin, cancelEdit<Configuration::cim>},

@@ -14,6 +14,7 @@
 #include "sim/model/Announcement.h"
 #include "sim/model/Zoning.h"
 #include "sim/session/AdminMode.h"
+#include "sim/session/Backup.h"
 #include "sim/session/ConfigEdit.h"
 #include "sim/session/ZoningSession.h"
 
@@ -26,6 +27,8 @@ struct CommandContext {
     ConfigEdit &edit;
     ZoningSession &zoningSession;
     Zoning &zoning;
+    const Switch &device; ///< as it runs
+    Backup &backup;
     Edits running = {};                          ///< out: configuration that becomes effective now
     Configuration changed = Configuration::none; ///< out: the configuration it belongs to
     Announcements announcements = {};            ///< out: what else the switch has to tell

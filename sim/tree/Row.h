@@ -69,7 +69,7 @@ struct Row {
     /// What the first placeholder stands for; null without one.
     const Axis *axis = nullptr;
     Source source = Source::none;
-    /// What clients are answered, kOk to get the value; null: always kOk.
+    /// What clients are answered, kOk to get the value or to have it set; null: always kOk.
     Status (*status)(const Switch &device, Index at) = nullptr;
     /// What the second placeholder stands for; null without one.
     const Axis *innerAxis = nullptr;

@@ -1,5 +1,7 @@
 #include "sim/tree/Rules.h"
 
+#include <arpa/inet.h>
+
 #include <algorithm>
 #include <initializer_list>
 
@@ -8,6 +10,7 @@ namespace sim {
 namespace {
 
 constexpr size_t kLongestNumber = 9; // digits; any such number fits 32 bits
+constexpr size_t kLongestCommunity = 64;
 
 bool isDigit(char c) {
     return c >= '0' && c <= '9';
@@ -28,6 +31,15 @@ bool isOneOf(const std::string &value, std::initializer_list<const char *> words
 bool isNumberBetween(const std::string &value, unsigned lowest, unsigned highest) {
     const std::optional<unsigned> number = toNumber(value);
     return number && *number >= lowest && *number <= highest;
+}
+
+bool hasNull(const std::string &value) {
+    return value.find('\0') != std::string::npos;
+}
+
+bool isAddress(int family, const std::string &value) {
+    in6_addr address = {}; // the larger of the two
+    return !hasNull(value) && inet_pton(family, value.c_str(), &address) == 1;
 }
 
 } // namespace
@@ -125,9 +137,20 @@ constexpr Rule kChecksumRule = {
     [](const std::string &value) { return !value.empty() && value.size() <= 8 && isHexadecimal(value, value.size()); },
     "1 to 8 hexadecimal digits"};
 
-constexpr Rule kTextRule = {
-    [](const std::string &value) { return value.size() <= kLongestValue && value.find('\0') == std::string::npos; },
-    "a text of at most 255 characters"};
+constexpr Rule kIpv4Rule = {[](const std::string &value) { return value.empty() || isAddress(AF_INET, value); },
+                            "an IPv4 address, or nothing"};
+
+constexpr Rule kIpv6Rule = {[](const std::string &value) { return value.empty() || isAddress(AF_INET6, value); },
+                            "an IPv6 address, or nothing"};
+
+constexpr Rule kCommunityRule = {[](const std::string &value) {
+                                     return !value.empty() && value.size() <= kLongestCommunity && isPrinting(value) &&
+                                            value.find(' ') == std::string::npos;
+                                 },
+                                 "1 to 64 printing characters without blanks"};
+
+constexpr Rule kTextRule = {[](const std::string &value) { return value.size() <= kLongestValue && !hasNull(value); },
+                            "a text of at most 255 characters"};
 
 constexpr Rule kDerivedRule = {[](const std::string &) { return false; }, "nothing; it follows from other attributes"};
 

@@ -33,6 +33,9 @@ extern const Rule kDomainRule;      ///< 1 to 239
 extern const Rule kCountRule;       ///< 0 to 255
 extern const Rule kSensorsRule;     ///< 0 to 255, or nothing
 extern const Rule kChecksumRule;    ///< up to 8 hexadecimal digits
+extern const Rule kIpv4Rule;        ///< an IPv4 address, or nothing
+extern const Rule kIpv6Rule;        ///< an IPv6 address, or nothing
+extern const Rule kCommunityRule;   ///< 1 to 64 printing characters without blanks
 extern const Rule kTextRule;        ///< any text that fits
 extern const Rule kDerivedRule;     ///< no value at all: the attribute follows from others
 

@@ -15,8 +15,9 @@ namespace {
 
 using Domain = Rows (*)();
 
-constexpr Domain kDomains[] = {identityRows,      portsRows,     chassisRows,    bladesRows,          accountsRows,
-                               manufacturingRows, linkStateRows, nameServerRows, topologyEntriesRows, zoningRows};
+constexpr Domain kDomains[] = {identityRows,   portsRows,           chassisRows,  bladesRows,
+                               accountsRows,   manufacturingRows,   settingsRows, linkStateRows,
+                               nameServerRows, topologyEntriesRows, zoningRows};
 
 constexpr char kPlaceholder = '%';
 constexpr size_t kPlaceholderSize = 2; // "%u", "%s"

@@ -55,6 +55,7 @@ enum : int32_t {
     kLockNotHeld = 27,
     kLimitReached = 28,
     kEditSpoilt = 29,
+    kNoBackup = 30,
     kNotSupported = 103,
 };
 

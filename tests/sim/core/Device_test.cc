@@ -31,6 +31,9 @@ TEST(Device, SettingIsCheckedStepByStep) {
     EXPECT_EQ(client.set("Config.Switch.Color", "True"), simtest::kNoSuchKey);
     EXPECT_EQ(client.set("Oper.Switch.OperState", "Offline"), simtest::kReadOnly);
     EXPECT_EQ(client.set("Config.Mfg.BrandName", "x"), simtest::kReadOnly);
+    device->set("Oper.Switch.IPv6Feature", "False");
+    EXPECT_EQ(client.set("Oper.System.Eth.0.IPv6Address.0", "::1"), simtest::kReadOnly);
+    EXPECT_EQ(client.set("Config.System.IPv6Enable", "True"), simtest::kNotSupported);
     EXPECT_EQ(client.set("Config.Switch.TransparentMode", "True"), simtest::kAdminRequired);
     ASSERT_EQ(client.set("Cmd.Switch.ReqAdmin"), 0);
     EXPECT_EQ(client.set("Config.Switch.TransparentMode", "True"), simtest::kEditRequired);

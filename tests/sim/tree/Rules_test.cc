@@ -63,6 +63,12 @@ TEST(Rules, ARefusalSaysWhatIsAllowed) {
               "'Oper.Blade.0.Type' cannot be 'io'; allowed: IO, CPU, PS, FAN, or nothing");
     EXPECT_EQ(refusal("Oper.Blade.0.TempSensors", "256"),
               "'Oper.Blade.0.TempSensors' cannot be '256'; allowed: 0 to 255, or nothing");
+    EXPECT_EQ(refusal("Oper.System.Eth.0.IPv4Address", "::1"),
+              "'Oper.System.Eth.0.IPv4Address' cannot be '::1'; allowed: an IPv4 address, or nothing");
+    EXPECT_EQ(refusal("Oper.System.Eth.0.IPv6Address.0", "10.0.0.1"),
+              "'Oper.System.Eth.0.IPv6Address.0' cannot be '10.0.0.1'; allowed: an IPv6 address, or nothing");
+    EXPECT_EQ(refusal("Config.Snmp.ReadComm", ""),
+              "'Config.Snmp.ReadComm' cannot be ''; allowed: 1 to 64 printing characters without blanks");
     EXPECT_EQ(refusal("Oper.Switch.Color", "red"), "the switch has no attribute 'Oper.Switch.Color'");
 }
 
@@ -97,5 +103,30 @@ TEST(Rules, SerialNumbersOfTransceiversPrintFromTheBlankToTheTilde) {
     EXPECT_EQ(refusal(key, ""), "taken");
     for (const char *value :
          {"0123456789ABCDE", "0123456789ABCDEF0", "0123456789ABCDE\x1F", "0123456789ABCDE\x7F", "0123456789ABCDE\xE9"})
+        EXPECT_NE(refusal(key, value), "taken") << value;
+}
+
+TEST(Rules, AddressesAreThoseOfTheirIpVersion) {
+    constexpr const char *ipv4 = "Oper.System.Eth.0.IPv4Address";
+    for (const char *value : {"0.0.0.0", "255.255.255.255", "10.1.2.3", ""})
+        EXPECT_EQ(refusal(ipv4, value), "taken") << value;
+    for (const char *value :
+         {"10.1.2", "10.1.2.256", "10.1.2.3.4", " 10.1.2.3", "10.1.2.3 ", "10.1.2.3/24", "0x0A.1.2.3"})
+        EXPECT_NE(refusal(ipv4, value), "taken") << value;
+    EXPECT_NE(refusal(ipv4, std::string("10.1.2.3\0", 9)), "taken");
+    constexpr const char *ipv6 = "Oper.System.Eth.0.IPv6Address.0";
+    for (const char *value : {"::", "fe80::1", "2001:DB8:0:0:0:0:0:1", "::ffff:10.1.2.3", ""})
+        EXPECT_EQ(refusal(ipv6, value), "taken") << value;
+    for (const char *value : {"fe80", "1::2::3", "1:2:3:4:5:6:7", "fe80::1%eth0", "2001:db8::/32", "[::1]", "g::1"})
+        EXPECT_NE(refusal(ipv6, value), "taken") << value;
+    EXPECT_NE(refusal(ipv6, std::string("::1\0", 4)), "taken");
+}
+
+TEST(Rules, CommunitiesPrintWithoutBlanks) {
+    constexpr const char *key = "Config.Snmp.ReadComm";
+    for (const std::string &value : {std::string("p"), std::string("!~"), std::string(64, 'c')})
+        EXPECT_EQ(refusal(key, value), "taken") << value;
+    for (const std::string &value : {std::string(65, 'c'), std::string(" public"), std::string("pub lic"),
+                                     std::string("public\x7F"), std::string("public\n"), std::string("public\0", 7)})
         EXPECT_NE(refusal(key, value), "taken") << value;
 }

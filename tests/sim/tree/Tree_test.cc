@@ -62,6 +62,22 @@ TEST(Tree, HoldsEveryAttributeOfTheDefaultSwitchInOrder) {
         "Config.Mfg.ChassisSerialNum",
         "Config.Mfg.PlanarPartNum",
         "Config.Mfg.ProductFeatureType",
+        "Config.Services.TelnetEnable",
+        "Config.Services.SSHEnable",
+        "Config.Services.EmbeddedGUIEnable",
+        "Config.Services.SSLEnable",
+        "Config.Services.SNMPEnable",
+        "Config.Snmp.ReadComm",
+        "Config.Snmp.SysDescr",
+        "Oper.Switch.IPv4Feature",
+        "Config.System.IPv4Enable",
+        "Oper.System.Eth.0.IPv4Address",
+        "Oper.Switch.IPv6Feature",
+        "Config.System.IPv6Enable",
+        "Oper.System.Eth.0.IPv6Address.0",
+        "Oper.Switch.ActiveVer",
+        "Oper.Switch.OemActiveVer",
+        "Oper.Switch.Type",
         "Oper.Eport.LsdbRecordList.255",
         "Oper.Eport.FirstLsdbRecord",
         "Oper.Eport.NextLsdbRecord.1",
@@ -149,7 +165,11 @@ TEST(Tree, NeighboursOfAKeyAreNotTheKey) {
                             "Oper.TopologyAll.1.Entry.0.PortWwn ",
                             "Oper.TopologyAll.1.entry.0.PortWwn",
                             "Oper.TopologyAll.1.Entry.Entry.0.PortWwn",
-                            "Oper.TopologyAll.PortWwn"})
+                            "Oper.TopologyAll.PortWwn",
+                            "Oper.System.Eth.0.IPv6Address",
+                            "Oper.System.Eth.0.IPv6Address.1",
+                            "Oper.System.Eth.1.IPv4Address",
+                            "Config.Mfg.ActiveVer"})
         EXPECT_EQ(client.get(key).status, simtest::kNoSuchKey) << "'" << key << "'";
 }
 

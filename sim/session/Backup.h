@@ -1,0 +1,31 @@
+/*
+ * The backup of the configuration: what every attribute that clients may configure was when it was taken. There is one;
+ * the next replaces it.
+ *
+ * Guarded by its owner.
+ */
+#ifndef SIM_SESSION_BACKUP_H
+#define SIM_SESSION_BACKUP_H
+
+#include <optional>
+
+#include "sim/session/ConfigEdit.h"
+
+namespace sim {
+
+struct Switch;
+
+class Backup {
+public:
+    /// Keeps what is running, all ports included; not what is being edited, and not what waits to be activated.
+    void take(const Switch &device);
+    /// `running` gets what is to become effective. The backup stays.
+    Status restore(Edits &running) const;
+
+private:
+    std::optional<Edits> _kept;
+};
+
+} // namespace sim
+
+#endif // SIM_SESSION_BACKUP_H
