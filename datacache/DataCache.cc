@@ -161,8 +161,13 @@ void *DataCache::evalThread(void * /*unused*/) {
             waitForWakeUp();
             cim_log(CIM_LOG_INFO, "DCACHE: (EVAL) awake\n");
             const AccessLock lock;
-            if (instance != nullptr && !instance->evaluateCaches())
-                cim_log(CIM_LOG_INFO, "DCACHE: (EVAL) Cache update failed or incomplete\n");
+            try {
+                if (instance != nullptr && !instance->evaluateCaches())
+                    cim_log(CIM_LOG_INFO, "DCACHE: (EVAL) Cache update failed or incomplete\n");
+            } catch (const char *message) {
+                // The client threw at the event that ends a pass: the pass itself is whole.
+                cim_log(CIM_LOG_CRIT, "DCACHE: Exception: %s\n", message != nullptr ? message : "");
+            }
         }
     } catch (...) {
         // What a pass lets out ends the process. Catching it here first unwinds the pass and gives the lock back;

@@ -19,7 +19,8 @@
  * thread calls once, and the state conversions, which touch no member.
  *
  * Operations whose names begin with an underscore are the routines of the evaluation pass. They are the EVAL
- * thread's; another caller must hold the lock.
+ * thread's; another caller must hold the lock, but for those that only look at their arguments, and _getZoningInfo(), which
+ * takes it for itself.
  *
  * Errors: operations answer with false, 0 or an empty value, and a line in the log (foundation/cim_log.h). A
  * failure of the switch never throws.
@@ -86,7 +87,9 @@ public:
     // ---- the evaluation pass (EvaluationPass.cc) -----------------------------------------------------
 
     /// One pass: dispatches the queued notifications and refreshes what was asked for; true when all areas are good. A
-    /// call from inside the callback does nothing but return isCacheReady().
+    /// call from inside the callback does nothing but return isCacheReady(). A `char const*` thrown by a dispatch or a
+    /// refresh is logged and ends both; any other exception, and whatever the callback throws at the completion event,
+    /// is let out. (The EVAL thread logs a `char const*` of that last kind and goes on.)
     bool evaluateCaches();
 
     /// All areas were good at the end of the last pass.
@@ -217,7 +220,8 @@ public:
 
     // ---- refresh, one routine per area (refresh/) ----------------------------------------------------
 
-    /// Each reloads its area, delivers the events for what changed, and tells whether it succeeded.
+    /// Each reloads its area, delivers the events for what changed, and tells whether it succeeded. An I/O or CPU blade
+    /// above slot 31 makes _getBladeInfo() throw std::out_of_range with the text "bitset::set".
     int _getSwitchInfo();
     int _getChassisInfo();
     int _getBladeInfo();

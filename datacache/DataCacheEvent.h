@@ -298,7 +298,7 @@ public:
     explicit DCEventZoningDBChange(const Wwn &theSwitch) : DataCacheEvent(28), switchWwn(theSwitch) {}
     ~DCEventZoningDBChange() override;
 
-    Wwn switchWwn;
+    Wwn switchWwn; ///< the local switch
 };
 
 /// Type 29: a user's password was changed.

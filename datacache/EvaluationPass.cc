@@ -206,8 +206,8 @@ void DataCache::localPortRefreshSet() {
 }
 
 void DataCache::localPortRefreshSet(int port) {
+    const AccessLock lock;
     if (port < 0 || port >= static_cast<int>(_localPortRefresh.size()))
         throw std::out_of_range("bitset::set");
-    const AccessLock lock;
     _localPortRefresh.set(static_cast<std::size_t>(port));
 }

@@ -77,7 +77,8 @@ DATACACHE_EXPORT int32_t zov_smlGetV(zov_handle_t handle, char **value, uint32_t
     __attribute__((format(printf, 4, 5)));
 
 /* Sets the formatted key (cut to 255 characters), or runs a command: commands take an empty value. `value` is
-   not changed; null counts as empty. Logs the key at level 2 and a failure at level 4. */
+   not changed; null counts as empty. Logs the key at level 2 and a failure at level 4, which ENOMEM is too: nothing was
+   sent then. */
 DATACACHE_EXPORT int32_t zov_smlSetV(zov_handle_t handle, const char *value, const char *format, ...)
     __attribute__((format(printf, 3, 4)));
 
@@ -97,7 +98,8 @@ DATACACHE_EXPORT int32_t zov_smlBatchCimSet(zov_handle_t handle, SmlMessage *mes
    when the read failed, or brought no text. The key is logged at level 2, then the text; a failure as zov_smlGetV() says,
    so that 103, a setting that this switch does not have, is no failure for the log. */
 
-/* Services: "True" or "False". The community is the password of SNMP reads, and stands in the log too. */
+/* Whether a service is on, in the switch's own words. The community is the password of SNMP reads, and stands in the
+   log too. */
 DATACACHE_EXPORT char *get_Switch_Telnet_Enabled(void);
 DATACACHE_EXPORT char *get_Switch_SSH_Enabled(void);
 DATACACHE_EXPORT char *get_Switch_EmbeddedGUI_Enabled(void);
@@ -142,7 +144,10 @@ DATACACHE_EXPORT int32_t get_Product_Info(char **description, char **description
 
 /* A session is getConfigEditMode(), any number of zov_smlSetV(), then saveConfigEdit() or cancelConfigEdit(). One thread at
    a time may be in these functions. They return 0, or -1 when the switch refuses; the refusal is logged at level 2, and its
-   key at level 4. */
+   key at level 4.
+
+   Batch writes of the kind above, and locks and commits of zoning, do not belong into a session: they take and give
+   back admin mode on the same connection, and these functions do not notice. */
 
 /* Takes the switch's admin mode, which one client at a time can have; asking again is allowed. */
 DATACACHE_EXPORT int reqAdminMode(void);
@@ -205,8 +210,8 @@ DATACACHE_EXPORT void formatMemberId(const zov_fzs_zonemember_type_e *types, con
                                      char *dst, int index);
 
 /* A member as the switch's zoning commands take it: a port's name, "010a" for domain 1 and port 10, a Fibre Channel
-   address in upper case, or an alias' name, cut to 64 characters. 1; or 0 and "Invalid" for any other member, and for
-   none. `dst` has room for 65. */
+   address in upper case, or an alias' name, cut to 64 characters. 1; or 0 and "Invalid" for any other member, for one
+   that cannot be read, and for none. `dst` has room for 65. */
 DATACACHE_EXPORT int ZoneMemberToString(char *dst, void *member);
 
 /* The name of the zone set that is active on the switch, the empty text when none is. It is empty too when the switch

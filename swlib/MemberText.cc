@@ -77,9 +77,8 @@ int ZoneMemberToString(char *dst, void *member) {
     dst[0] = '\0';
     zov_fzs_zonemember_type_e type = ZOV_ZMT_UNKNOWN;
     Attribute attribute{};
-    if (member != nullptr)
-        zov_MemberGetAttr(member, &type, attribute.data());
-    attribute.back() = '\0';
+    if (member == nullptr || zov_MemberGetAttr(member, &type, attribute.data()) != 0)
+        type = ZOV_ZMT_UNKNOWN; // whatever a failed call has written
     switch (type) {
     case ZOV_ZMT_PORTWWN:
         byteToStr(dst, attribute.data(), kNameBytes);

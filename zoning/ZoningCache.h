@@ -75,7 +75,8 @@ public:
 
     /// Enters a zone set, which the cache owns from then on, and counts anew: 0. -1 for null, for a kind that is none, when
     /// the name cannot be read, and when there is an entry of this key. An inactive zone set then stays the caller's. An
-    /// active or uber one is taken for such all the same: the cache destroys it with the entry that was there already.
+    /// active or uber one is taken for such all the same: a clear destroys it with the entry that was there already, but
+    /// deleting that entry by its own handle or key gives it back to the caller.
     int addZoneset(void *handle, _ZoneSetTypes kind);
     /// Destroys a zone set and the entry of its key, whichever zone set that holds, and counts anew: 0. -1 when the name
     /// cannot be read or the kind is none.
@@ -191,11 +192,13 @@ protected:
         uint32_t inactive = 0;
     };
     Checksums _sums;
-    /// Those of the last loads. They start as no switch's are, so that the first refresh loads everything.
+    /// Those of the last loads. They start one above the others, so that the first refresh loads everything, but for what
+    /// has a checksum of 1.
     Checksums _loadedSums = {1, "", 1};
 
-    /// Whether a zone set is part of the cache, whatever its kind.
-    bool _isEntered(void *handle) const;
+    /// addZoneset() of an inactive zone set that nobody else owns: one that cannot be entered is destroyed, unless the
+    /// switch library has handed out one that the cache has already.
+    int _takeInactive(void *handle);
 
 private:
     using ZoneSets = std::map<std::string, ZoneSet>;

@@ -20,10 +20,7 @@ int ZoningCache::createZoneset(const char *name) {
     void *zoneset = zov_ZonesetCreate(name);
     if (zoneset == nullptr)
         return kFailed;
-    if (addZoneset(zoneset, ZONESET_INACTIVE) == 0)
-        return kDone;
-    zov_ZonesetDestroy(zoneset);
-    return kFailed;
+    return _takeInactive(zoneset) == 0 ? kDone : kFailed;
 }
 
 int ZoningCache::removeZoneset(const char *name) {
@@ -73,14 +70,15 @@ int ZoningCache::removeZoneFromZoneset(const char *zoneset, const char *zone) {
 
 int ZoningCache::createZone(const char *name, zov_fzs_zone_type_e type) {
     const AccessLock lock;
-    if (zoneLimitAtMax() || _uberZoneset == nullptr)
+    if (zoneLimitAtMax())
         return kFailed;
     if (find(zov_ZonesetFindZone, _uberZoneset, name) != nullptr)
         return kThereAlready;
     void *zone = name != nullptr ? zov_ZoneCreate(name) : nullptr;
     if (zone == nullptr)
         return kNotValid;
-    if (zov_ZoneSetType(zone, type) != 0 || zov_ZonesetAddZone(_uberZoneset, zone) != 0) {
+    // A database that has not been loaded takes none, but a name that is not valid is told before that.
+    if (zov_ZoneSetType(zone, type) != 0 || _uberZoneset == nullptr || zov_ZonesetAddZone(_uberZoneset, zone) != 0) {
         zov_ZoneDestroy(zone);
         return kFailed;
     }

@@ -67,11 +67,6 @@ void *ZoningCache::getUberZoneset() const {
     return _uberZoneset;
 }
 
-bool ZoningCache::_isEntered(void *handle) const {
-    return std::any_of(_zonesets.begin(), _zonesets.end(),
-                       [handle](const auto &each) { return each.second.handle == handle; });
-}
-
 // ---- entering and deleting ----------------------------------------------------------------------------
 
 /// The key of a zone set of this kind; false when its name cannot be read, or there is no such kind.
@@ -107,6 +102,15 @@ int ZoningCache::addZoneset(void *handle, _ZoneSetTypes kind) {
         return -1;
     updateZoningCounts();
     return 0;
+}
+
+int ZoningCache::_takeInactive(void *handle) {
+    const int result = addZoneset(handle, ZONESET_INACTIVE);
+    const bool entered = std::any_of(_zonesets.begin(), _zonesets.end(),
+                                     [handle](const auto &each) { return each.second.handle == handle; });
+    if (!entered)
+        zov_ZonesetDestroy(handle);
+    return result;
 }
 
 int ZoningCache::delZoneset(void *handle, _ZoneSetTypes kind) {

@@ -75,7 +75,7 @@ struct DataCache::Dispatch {
         Action action;
     };
 
-    /// The third source number is the port's.
+    /// The third source number is the port's. One that the switch does not have, also a negative one, changes nothing.
     static void refreshPort(DataCache &cache, const zov_event_s &event) {
         const int32_t port = event.source.number[2];
         if (port < 0 || port >= cache.getMaxRootPorts())

@@ -50,16 +50,21 @@ bool DataCache::_walkAccounts(int32_t &end) {
     }
 }
 
-/// What is left of the old names after taking each new name out once is gone.
+/// What is left of the old names after taking each new name out once is gone. All of it is known before the client hears
+/// of any: a callback that refreshes the accounts changes both lists.
 void DataCache::_tellAccountChanges() {
-    const Wwn theSwitch = getRootSwitchWorldWideName();
+    std::vector<std::string> come;
     for (const std::string &name : _users) {
         const auto known = std::find(_oldUsers.begin(), _oldUsers.end(), name);
         if (known != _oldUsers.end())
             _oldUsers.erase(known);
         else
-            _deliver(DCEventUserAcctAdd(theSwitch, name));
+            come.push_back(name);
     }
-    for (const std::string &name : _oldUsers)
+    const std::vector<std::string> gone = _oldUsers;
+    const Wwn theSwitch = getRootSwitchWorldWideName();
+    for (const std::string &name : come)
+        _deliver(DCEventUserAcctAdd(theSwitch, name));
+    for (const std::string &name : gone)
         _deliver(DCEventUserAcctRemove(theSwitch, name));
 }

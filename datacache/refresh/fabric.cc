@@ -240,11 +240,11 @@ void DataCache::_tellFabricReplaced(const std::vector<Wwn> &switches) {
         cim_log(CIM_LOG_INFO, "DCACHE: Creation of new fabric\n");
         _deliver(DCEventFabricAdd(fabric));
     } else if (known.size() == switches.size()) {
+        known = _origFabric; // now: a callback that refreshes the fabric takes a new snapshot
         cim_log(CIM_LOG_INFO, "DCACHE: Delete original fabric\n");
         _deliver(DCEventFabricRemove(former));
         cim_log(CIM_LOG_INFO, "DCACHE: Create new fabric\n");
         _deliver(DCEventFabricAdd(fabric));
-        known = _origFabric;
     } else {
         cim_log(CIM_LOG_INFO, "DCACHE: Merge fabric\n");
         _deliver(DCEventFabricChange(fabric, true));

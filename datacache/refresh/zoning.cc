@@ -36,6 +36,7 @@ std::vector<std::string> namesIn(const char *fields, int32_t count) {
 } // namespace
 
 bool DataCache::_getZoningInfo() {
+    const AccessLock lock;
     if (isTransparentSwitch()) // it has no zoning of its own
         return true;
     SmlEntries entries;
@@ -116,8 +117,7 @@ bool DataCache::_loadInactiveZoneset(const std::string &name) {
         return false;
     }
     const long seconds = watch.seconds();
-    if (addZoneset(zoneset, ZONESET_INACTIVE) != 0 && !_isEntered(zoneset))
-        zov_ZonesetDestroy(zoneset); // listed twice, or without a name: the first one stands
+    _takeInactive(zoneset); // of one that is listed twice the first one stands
     cim_log(CIM_LOG_INFO, "DCACHE: Inactive zoneset '%s' added, %lds\n", name.c_str(), seconds);
     return true;
 }

@@ -194,4 +194,20 @@ TEST_F(Delivery, EachEventIsGoneBeforeTheNextIsMade) {
     EXPECT_EQ(places.size(), 1U);
 }
 
+TEST_F(Delivery, WhatTheCallbackQueuesHasItsTurnInTheSamePass) {
+    support::onEvent([](DataCacheEvent &event) {
+        if (event.type == 29)
+            kick(73, "kicked");
+    });
+    kick(72, "first");
+    kick(72, "second");
+    pass();
+    const std::string name = support::kSwitchWwn;
+    const std::string kicked = "30: UserLoginFailure switch=" + name + " user=kicked";
+    EXPECT_THAT(events(), testing::ElementsAre("29: UserPasswdChg switch=" + name + " user=first",
+                                               "29: UserPasswdChg switch=" + name + " user=second", kicked, kicked,
+                                               support::kUpdateComplete));
+    EXPECT_EQ(cache().getQueuedNotificationCount(), 0U);
+}
+
 } // namespace

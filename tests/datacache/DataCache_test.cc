@@ -151,6 +151,7 @@ TEST_F(Lifecycle, ZoningLimitsThatDoNotLoadAreLoggedAndOtherwiseIgnored) {
     forget();
     EXPECT_TRUE(DataCache::init());
     EXPECT_EQ(log().back(), "DCACHE: Zoning limits failed to load");
+    EXPECT_EQ(support::readFile(support::kCriticalLog), "");
 }
 
 TEST_F(Lifecycle, ARefusedConnectionIsTriedAgainEveryTenSeconds) {
@@ -217,6 +218,7 @@ TEST_F(Lifecycle, AFailedRegistrationIsLoggedAndOtherwiseIgnored) {
     EXPECT_TRUE(cache().startEventMonitor(nullptr));
     EXPECT_THAT(log(), ElementsAre("DCACHE: Unable to register for events via zov_enRegisterForEvents"));
     EXPECT_THAT(registrationResults(), testing::Each(3));
+    EXPECT_EQ(support::readFile(support::kCriticalLog), "");
 }
 
 TEST_F(Lifecycle, CodesThatCannotBeRegisteredAreLoggedInTheirOrder) {
@@ -248,6 +250,7 @@ TEST_F(Lifecycle, HowTheRegistrationEndedCanBeAskedFor) {
     for (std::size_t i = 0; i < registered.size(); ++i)
         EXPECT_EQ(registrations[i].code, registered[i].code);
     EXPECT_THAT(registrationResults(), testing::Each(0));
+    EXPECT_EQ(support::readFile(support::kCriticalLog), "");
 }
 
 // ---- the EVAL thread ------------------------------------------------------------------------------------
@@ -272,6 +275,8 @@ TEST_F(Lifecycle, AThreadThatCannotBeMadeIsReported) {
     threadResult = EAGAIN;
     EXPECT_FALSE(cache().startEvalThread());
     EXPECT_THAT(log(), ElementsAre("DCACHE: (DataCache) creating EVAL thread", "DCACHE: Thread creation failed"));
+    EXPECT_THAT(support::messagesIn(support::kCriticalLog),
+                testing::Not(Contains("DCACHE: (DataCache) creating EVAL thread")));
 }
 
 TEST_F(Lifecycle, StartSucceedsAlsoWithoutItsThread) {
@@ -288,6 +293,7 @@ TEST_F(Lifecycle, TheFirstPassNeedsNoNotification) {
     EXPECT_TRUE(support::waitUntil([] { return cache().getPassCount() == 1; }));
     EXPECT_TRUE(cache().isAreaGood(DataCacheArea::switchInfo));
     EXPECT_EQ(cache().getRootSwitchWwn(), support::kSwitchWwn);
+    EXPECT_EQ(support::readFile(support::kCriticalLog), "") << "all is well";
 }
 
 /// Starts the cache and waits for the first pass.
@@ -374,10 +380,11 @@ TEST_F(Running, AskingForARefreshStartsNoPass) {
 
 TEST_F(Running, AFailedOrIncompletePassIsSaid) {
     const auto failures = [] {
-        return only(support::messagesIn(support::kMainLog), "DCACHE: (EVAL) Cache update failed or incomplete").size();
+        const auto lines = support::messagesIn(support::kMainLog);
+        return std::count(lines.begin(), lines.end(), "DCACHE: (EVAL) Cache update failed or incomplete");
     };
     mark("mark 1");
-    EXPECT_EQ(failures(), 0U);
+    EXPECT_EQ(failures(), 0);
     sim::Fault fault;
     fault.key = "Oper.Zoning.ActiveChecksum";
     fault.status = 5;
@@ -405,23 +412,40 @@ TEST_F(Running, ATextThrownByTheCallbackDoesNotEndTheThread) {
     EXPECT_EQ(only(log, "dequeueing ZOV_EVENT_T[0:0:0] (72)").size(), 2U);
 }
 
+TEST_F(Running, ATextThrownAtTheEventThatEndsAPassDoesNotEndTheThreadEither) {
+    support::onEvent([](DataCacheEvent &event) {
+        if (event.type == 33)
+            throw "at the end";
+    });
+    mark("mark 1"); // its own event comes before the one that ends the pass
+    ASSERT_TRUE(support::waitUntil([] { return cache().getPassCount() >= 2; }));
+    support::onEvent(nullptr);
+    mark("mark 2");
+    EXPECT_TRUE(cache().isCacheReady());
+    EXPECT_TRUE(support::isLockFree());
+    EXPECT_THAT(support::messagesIn(support::kCriticalLog), Contains("DCACHE: Exception: at the end"));
+}
+
+/// Runs the cache with this callback, until the process ends. What ends it says whether the lock is free.
+void runUntilTheEnd(void (*callback)(DataCacheEvent &)) {
+    const auto theSwitch = sim::create();
+    std::set_terminate([] {
+        std::fputs(support::isLockFree() ? "ended, lock free\n" : "ended, lock held\n", stderr);
+        std::_Exit(3);
+    });
+    support::onEvent(callback);
+    DataCache::init();
+    DataCache::getInstance()->start(support::recordEvent);
+    DataCache::releaseInstance();
+    notify(73, "operator");
+    for (;;)
+        pause();
+}
+
 // Without a fixture: the process that is to end must not have had a thread when it was made.
 TEST(LifecycleDeathTest, AnotherExceptionOutOfAPassGivesTheLockBackAndEndsTheProcess) {
-    const auto throwInPass = [] {
-        const auto theSwitch = sim::create();
-        std::set_terminate([] {
-            std::fputs(support::isLockFree() ? "ended, lock free\n" : "ended, lock held\n", stderr);
-            std::_Exit(3);
-        });
-        support::onEvent([](DataCacheEvent &) { throw std::runtime_error("not a text"); });
-        DataCache::init();
-        DataCache::getInstance()->start(support::recordEvent);
-        DataCache::releaseInstance();
-        notify(73, "operator");
-        for (;;)
-            pause();
-    };
-    EXPECT_EXIT(throwInPass(), testing::ExitedWithCode(3), "ended, lock free");
+    const auto throwing = [](DataCacheEvent &) { throw std::runtime_error("not a text"); };
+    EXPECT_EXIT(runUntilTheEnd(throwing), testing::ExitedWithCode(3), "ended, lock free");
 }
 
 // ---- death ----------------------------------------------------------------------------------------------

@@ -7,6 +7,7 @@
 
 #include "tests/support/CacheTest.h"
 #include "tests/support/Lock.h"
+#include "tests/support/WakeUps.h"
 
 namespace {
 
@@ -21,6 +22,7 @@ extern "C" int clock_gettime(clockid_t clock, timespec *time) noexcept {
         time->tv_sec += secondsAhead;
     return static_cast<int>(result);
 }
+#include "tests/support/Memory.h"
 
 namespace {
 
@@ -145,6 +147,18 @@ TEST_F(Pass, DispatchesTheQueueInOrderBeforeAnyRefresh) {
     EXPECT_EQ(lines[4], "DCACHE: Updating switch cache");
 }
 
+TEST_F(Pass, FreesTheNotificationsThatItDispatched) {
+    pass();
+    forget();
+    const long before = support::blocks_held;
+    for (int i = 0; i < 100; ++i)
+        queue(16);
+    EXPECT_GE(support::blocks_held, before + 100);
+    pass();
+    forget();
+    EXPECT_LT(support::blocks_held, before + 50);
+}
+
 TEST_F(Pass, AnEmptyPlaceInTheQueueIsTakenAwayWithoutDispatch) {
     cache().queueZovlibEvent(nullptr);
     pass();
@@ -160,7 +174,9 @@ TEST_F(Pass, ATextThrownByADispatchEndsThePassAndKeepsTheNotification) {
     queue(73, "operator");
     queue(33);
     cache().updateSwitch();
+    support::takeWakeUps();
     pass();
+    EXPECT_EQ(support::takeWakeUps(), 0U) << "what was kept waits for another wake-up";
     EXPECT_EQ(cache().getQueuedNotificationCount(), 2U);
     EXPECT_THAT(refreshed(), IsEmpty());
     EXPECT_THAT(log(), Contains("DCACHE: Exception: no more"));
@@ -193,6 +209,33 @@ TEST_F(Pass, ATextThrownByARefreshKeepsItsRequestAndAllLaterOnes) {
     EXPECT_THAT(refreshed(), ElementsAre("switch", "chassis", "blades", "ports", "accounts", "fabric", "zoning"));
     EXPECT_THAT(events(), ElementsAre(support::kUpdateComplete))
         << "the picture had been taken before the client threw";
+}
+
+TEST_F(Pass, ATextThrownByThePortRefreshFindsItsRequestWithdrawnAndKeepsAllLaterOnes) {
+    theSwitch->set("Oper.UserPort.0.5.OperState", "Diagnostics", sim::Notify::no);
+    throwOn(12, "in the middle");
+    cache().localPortRefreshSet(5);
+    cache().updateAll();
+    pass();
+    EXPECT_THAT(refreshed(), ElementsAre("switch", "chassis", "blades", "ports"));
+    EXPECT_THAT(log(), Contains("DCACHE: Exception: in the middle"));
+
+    support::onEvent(nullptr);
+    pass();
+    EXPECT_THAT(refreshed(), ElementsAre("accounts", "fabric", "zoning"));
+
+    cache().updatePorts();
+    pass();
+    EXPECT_THAT(traffic(), Contains(testing::StartsWith("get Oper.UserPort.0.5.OperState "))) << "it is still named";
+    EXPECT_THAT(events(), ElementsAre(support::kUpdateComplete)) << "but its event is lost";
+}
+
+TEST_F(Pass, AThrownTextThatIsNullEndsThePassLikeAnyOther) {
+    throwOn(30, nullptr);
+    queue(73, "operator");
+    pass();
+    EXPECT_THAT(log(), Contains("DCACHE: Exception: "));
+    EXPECT_EQ(cache().getQueuedNotificationCount(), 1U);
 }
 
 TEST_F(Pass, AnyOtherExceptionPassesOutWithTheLockGivenBack) {

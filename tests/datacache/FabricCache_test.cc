@@ -117,6 +117,7 @@ TEST(SwitchCacheTest, WithoutABasePortNameEveryLookupGivesTheNullPort) {
     const auto made = makeSwitch(kSwitch, "0000000000000000", {{1, 1}, {2, 2}});
     EXPECT_TRUE(made->getFirstPort().isNull());
     EXPECT_TRUE(made->getNextPort(PortCache(Wwn(), 1)).isNull());
+    EXPECT_EQ(made->getNextPort(PortCache(Wwn(), 1))._port_index, 0U);
     EXPECT_TRUE(made->getPortByLSDBPortIndex("1").isNull());
     EXPECT_TRUE(made->getPortByWorldWideName(nameOf("200100C0DD00A1B2")).isNull());
     EXPECT_TRUE(made->getPortByWwn("200100C0DD00A1B2").isNull());
@@ -214,6 +215,7 @@ TEST(SwitchCacheTest, AnIndexAbove255IsOutOfRange) {
         ElementsAre("DCACHE: SwitchCache::getPortByLSDBPortIndex( 256 ) port=256 is out of range",
                     "DCACHE: SwitchCache::getPortByLSDBPortIndex( 300 ) port=300 is out of range",
                     "DCACHE: SwitchCache::getPortByLSDBPortIndex( 4294967296 ) port=4294967295 is out of range"));
+    EXPECT_EQ(support::readFile(support::kCriticalLog), "");
 }
 
 TEST(SwitchCacheTest, ARemoteCiscoSwitchFoldsLargeIndexesAndCountsFromOne) {
@@ -254,7 +256,7 @@ TEST(SwitchCacheTest, ANameOfAnotherBaseIsNotFoundThoughItsPortMatches) {
 }
 
 TEST(SwitchCacheTest, ANameWithoutAPortFieldIsNotFound) {
-    const auto made = makeSwitch("100000C0DD00A1B2", "100000C0DD00A1B2", {{0, 1}});
+    const auto made = makeSwitch("100000C0DD00A1B2", "100000C0DD00A1B2", {{0, 1}, {4096, 2}});
     EXPECT_TRUE(made->getPortByWwn("100000C0DD00A1B2").isNull());
 }
 
@@ -290,6 +292,7 @@ TEST_F(FabricTest, ALookupByDomainInAnEmptyFabricIsLogged) {
     EXPECT_EQ(fabric.getSwitchByDomainID("171"), nullptr);
     EXPECT_THAT(support::messagesIn(support::kMainLog),
                 ElementsAre("DCACHE: findSwitchCacheElement()domain ab not found from 0 elements"));
+    EXPECT_EQ(support::readFile(support::kCriticalLog), "");
 }
 
 TEST_F(FabricTest, TellsItsNameAndMode) {

@@ -168,6 +168,7 @@ protected:
         EXPECT_TRUE(pass());
         EXPECT_THAT(refreshLines(), ElementsAreArray(linesOf(failed))) << "only what had failed is asked for still";
         EXPECT_THAT(notGood(), IsEmpty());
+        EXPECT_EQ(support::readFile(support::kCriticalLog), "");
         EXPECT_TRUE(cache().isCacheReady());
         EXPECT_FALSE(cache().workToDo());
         EXPECT_THAT(events(), ElementsAre(kComplete));

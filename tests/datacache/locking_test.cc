@@ -1,5 +1,6 @@
 // Which operations take the cache's lock: each is called while this thread holds it, and must wait for it.
 #include <atomic>
+#include <stdexcept>
 #include <string>
 #include <thread>
 
@@ -40,6 +41,8 @@ MutexCall *nextUnlock = nullptr;
 std::atomic<int> questionsWithoutLock{0};
 using LimitsCall = int32_t(zov_handle_t, zov_fzs_zoninglimits_s *);
 LimitsCall *nextLimits = nullptr;
+using BatchCall = int32_t(zov_handle_t, SmlMessage *, int32_t);
+BatchCall *nextBatch = nullptr;
 
 } // namespace
 
@@ -71,6 +74,12 @@ extern "C" int32_t zov_fzsGetZoningLimitations(zov_handle_t handle, zov_fzs_zoni
     return next(nextLimits, "zov_fzsGetZoningLimitations")(handle, limits);
 }
 
+extern "C" int32_t zov_smlGetBatch(zov_handle_t handle, SmlMessage *messages, int32_t count) {
+    if (isWatched && depth == 0)
+        ++questionsWithoutLock;
+    return next(nextBatch, "zov_smlGetBatch")(handle, messages, count);
+}
+
 namespace {
 
 // ---- the operations --------------------------------------------------------------------------------------
@@ -97,6 +106,11 @@ Wwn localName() {
     return Wwn(std::string(support::kSwitchWwn));
 }
 
+/// Runs `action`, which throws for a number outside its table.
+template <class Action> void refused(Action action) {
+    EXPECT_THROW(action(), std::out_of_range);
+}
+
 /// Every public operation that needs the cache to itself.
 const Operation kLocking[] = {
     OPERATION(startZovlib),
@@ -120,6 +134,7 @@ const Operation kLocking[] = {
     OPERATION(updateZoning),
     OPERATION(localPortRefreshSet),
     {"localPortRefreshSetOfOnePort", [](DataCache &cache) { cache.localPortRefreshSet(255); }},
+    {"localPortRefreshSetOfNone", [](DataCache &cache) { refused([&] { cache.localPortRefreshSet(256); }); }},
     OPERATION(getRootSwitchWorldWideName),
     OPERATION(getRootSwitchWwn),
     OPERATION(getRootSwitchStatus),
@@ -156,12 +171,16 @@ const Operation kLocking[] = {
     OPERATION(getRootSwitchDomainID),
     {"calcPortWorldWideName", [](DataCache &cache) { cache.calcPortWorldWideName(localName(), 0); }},
     {"calcPortWorldWideNameOfNone", [](DataCache &cache) { cache.calcPortWorldWideName(Wwn(), 0); }},
+    {"calcPortWorldWideNameOutsideTheTable",
+     [](DataCache &cache) { refused([&] { cache.calcPortWorldWideName(localName(), 256); }); }},
     {"calcPortWwn", [](DataCache &cache) { cache.calcPortWwn(support::kSwitchWwn, "0"); }},
     {"calcPortWwnOfNone", [](DataCache &cache) { cache.calcPortWwn("", "-1"); }},
     {"calcPortIndex", [](DataCache &cache) { cache.calcPortIndex(localName(), Wwn()); }},
     {"calcPortIndexOfText", [](DataCache &cache) { cache.calcPortIndex(support::kSwitchWwn, ""); }},
     {"calcPortIndexOfARemoteSwitch", [](DataCache &cache) { cache.calcPortIndex(Wwn(), Wwn()); }},
     {"getTransceiverDDMSupported", [](DataCache &cache) { cache.getTransceiverDDMSupported("0"); }},
+    {"getTransceiverDDMSupportedOutsideTheTable",
+     [](DataCache &cache) { refused([&] { cache.getTransceiverDDMSupported("256"); }); }},
     {"getTransceiverFormat", [](DataCache &cache) { cache.getTransceiverFormat("0"); }},
     {"getTransceiverVendorOUI", [](DataCache &cache) { cache.getTransceiverVendorOUI("0"); }},
     {"getTransceiverVendorSN", [](DataCache &cache) { cache.getTransceiverVendorSN("0"); }},
@@ -187,6 +206,7 @@ const Operation kLocking[] = {
     OPERATION(updateZoningCounts),
     OPERATION(initZoningLimits),
     OPERATION(reloadZoning),
+    OPERATION(_getZoningInfo),
     {"getFirstZoneset", [](DataCache &cache) { cache.getFirstZoneset(kind); }},
     {"getNextZoneset", [](DataCache &cache) { cache.getNextZoneset(nullptr, kind); }},
     {"getZoneset", [](DataCache &cache) { cache.getZoneset("[UberZoneSetKey]", kind); }},

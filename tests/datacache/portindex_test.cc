@@ -159,14 +159,17 @@ TEST_F(PortIndex, ALocalNameGivesBackItsIndex) {
     EXPECT_EQ(cache().calcPortIndex(Wwn(local()), portName(local(), 256)), 65535U);
     EXPECT_EQ(log().back(), "DCACHE: calcPortIndex()local, area=65535, result=65535");
     EXPECT_EQ(cache().calcPortIndex(local(), "100000C0DD00A1B2"), "") << "no port field";
+    EXPECT_EQ(log().back(), "DCACHE: calcPortIndex()local, area=65535, result=65535");
     EXPECT_EQ(cache().calcPortIndex(local(), ""), "");
+    EXPECT_EQ(support::readFile(support::kCriticalLog), "");
 }
 
 // ---- names of remote ports ------------------------------------------------------------------------------
 
 TEST_F(PortIndex, ARemotePortsNameIsThatOfTheLastRowWithItsIndex) {
     refresh();
-    addRemote(kRemote, {{10, 1}, {11, 2}, {12, 1}});
+    addRemote(kRemote, {{9, 4}, {10, 1}, {11, 2}, {12, 1}});
+    EXPECT_EQ(cache().calcPortWwn(kRemote, "4"), "200900C0DD001111");
     EXPECT_EQ(cache().calcPortWorldWideName(Wwn(std::string(kRemote)), 1), portName(kRemote, 12));
     EXPECT_EQ(cache().calcPortWwn(kRemote, "2"), "200B00C0DD001111");
     EXPECT_EQ(cache().calcPortWwn(kRemote, "3"), "");
@@ -195,6 +198,7 @@ TEST_F(PortIndex, ARemoteNameGivesBackItsIndex) {
     EXPECT_EQ(cache().calcPortIndex("100000C0DD002222", "200B00C0DD001111"), "");
     EXPECT_EQ(log().back(), "DCACHE: calcPortIndex() remote, result=65535");
     EXPECT_EQ(log().size(), 2U);
+    EXPECT_EQ(support::readFile(support::kCriticalLog), "");
 }
 
 // ---- a switch that counts from one ----------------------------------------------------------------------

@@ -7,6 +7,7 @@
 
 #include <dlfcn.h>
 
+#include "swlib/MERO_Zov_Lib.h"
 #include "tests/support/CacheTest.h"
 #include "tests/support/Lock.h"
 #include "tests/support/Wait.h"
@@ -22,6 +23,13 @@ struct Attempt {
 };
 
 constexpr zov_handle_t kHandle = 0x80000007;
+
+struct Introduction {
+    std::string host;
+    std::string client;
+    std::string text;
+};
+std::vector<Introduction> introductions;
 
 std::vector<Attempt> attempts;          // what the next ones do; afterwards the simulated switch answers
 std::vector<zov_handle_t> foundHandles; // what stood there when they began
@@ -61,6 +69,7 @@ extern "C" unsigned sleep(unsigned /*seconds*/) {
 
 extern "C" int32_t zov_IPConnect(const char *host, const char *client, const char *text, zov_handle_t *handle) {
     foundHandles.push_back(*handle);
+    introductions.push_back({host, client, text});
     if (foundHandles.size() > attempts.size())
         return original<int32_t(const char *, const char *, const char *, zov_handle_t *)>("zov_IPConnect")(
             host, client, text, handle);
@@ -117,6 +126,28 @@ TEST_F(StartUp, EveryAttemptToConnectBeginsWithoutAHandle) {
     EXPECT_TRUE(DataCache::init());
     EXPECT_THAT(foundHandles, ElementsAre(0U, 0U, 0U, 0U, 0U));
     EXPECT_EQ(sleeps, 3U) << "not after a success, even one without a handle";
+}
+
+TEST_F(StartUp, EveryAttemptToConnectIsToThisSwitchAndByTheSameName) {
+    attempts = {{0, 7}, {0, 0}, {kHandle, 0}};
+    DataCache::init();
+    ASSERT_EQ(introductions.size(), 3U);
+    for (const Introduction &introduction : introductions) {
+        EXPECT_EQ(introduction.host, "localhost");
+        EXPECT_EQ(introduction.client, "cim");
+        EXPECT_EQ(introduction.text, "");
+    }
+}
+
+TEST_F(StartUp, TheAccessLayerGetsTheCachesConnection) {
+    attempts = {{99, 7}, {kHandle, 0}};
+    EXPECT_EQ(hSwitch, 0U);
+    DataCache::init();
+    EXPECT_EQ(hSwitch, kHandle);
+    hSwitch = 5;
+    EXPECT_TRUE(cache().startZovlib());
+    EXPECT_EQ(hSwitch, kHandle) << "once more from a connection that stands";
+    EXPECT_EQ(foundHandles.size(), 2U) << "which is kept";
 }
 
 TEST_F(StartUp, RegistersTheCachesConnectionAndNoContext) {

@@ -27,13 +27,13 @@ int ZoningModel::removeZoneset(const char *name) {
 }
 
 int ZoningModel::createZone(const char *name, zov_fzs_zone_type_e type) {
-    if (_counts.zones == limits.zones || uber() == nullptr)
+    if (_counts.zones == limits.zones)
         return 4;
     if (zoneInUber(name) != nullptr)
         return 3;
     if (!isZoningName(name))
         return 1;
-    if (type != ZOV_ZT_SOFT && type != ZOV_ZT_HARDVPF && type != ZOV_ZT_HARDACL)
+    if (uber() == nullptr || (type != ZOV_ZT_SOFT && type != ZOV_ZT_HARDVPF && type != ZOV_ZT_HARDACL))
         return 4;
     uber()->zones.push_back({name, type, {}});
     recount();

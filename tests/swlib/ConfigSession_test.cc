@@ -125,6 +125,19 @@ TEST_F(ConfigSession, ARefusedReleaseLeavesTheProcessTheHolder) {
     EXPECT_TRUE(isAdmin());
 }
 
+TEST_F(ConfigSession, BatchWritesDoNotChangeWhoCountsAsTheHolder) {
+    scripted::setBatch = [](zov_handle_t, SmlMessage *, int32_t) { return 0; };
+    for (const auto write : {zov_smlBatchSet, zov_smlBatchCimSet}) {
+        EXPECT_EQ(write(kConnection, nullptr, 0), 0);
+        EXPECT_FALSE(isAdmin());
+    }
+    reqAdminMode();
+    for (const auto write : {zov_smlBatchSet, zov_smlBatchCimSet}) {
+        EXPECT_EQ(write(kConnection, nullptr, 0), 0);
+        EXPECT_TRUE(isAdmin());
+    }
+}
+
 // ---- edits --------------------------------------------------------------------------------------------
 
 /// How an edit ends.
@@ -194,6 +207,17 @@ TEST_F(ConfigSession, AnEditThatCannotBeOpenedLeavesAdminModeHeld) {
     for (const std::string &line : refusal(kOpen, 14, "DCACHE: zov_smlSet failed for Config Edit"))
         expected.push_back(line);
     EXPECT_EQ(logged(), expected);
+    EXPECT_TRUE(isAdmin());
+}
+
+TEST_F(ConfigSession, AnEditAsksForAdminModeAlsoWhenItIsHeld) {
+    reqAdminMode();
+    sent();
+    EXPECT_EQ(getConfigEditMode(), 0);
+    EXPECT_THAT(sent(), ElementsAre(kTake, kOpen));
+    _refused = {{kTake, 11}};
+    EXPECT_EQ(getConfigEditMode(), -1) << "holding it does not help";
+    EXPECT_THAT(sent(), ElementsAre(kTake));
     EXPECT_TRUE(isAdmin());
 }
 

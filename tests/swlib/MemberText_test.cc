@@ -211,6 +211,19 @@ TEST_F(MemberText, AnyOtherMemberIsInvalid) {
     EXPECT_THAT(log(), IsEmpty());
 }
 
+TEST_F(MemberText, TheSwitchLibraryFindsTheTextEmpty) {
+    Buffer buffer = untouched();
+    std::vector<std::string> found;
+    scripted::zoning.enter = [&] {
+        found.emplace_back(buffer.data());
+        buffer = untouched();
+    };
+    ZoneMemberToString(buffer.data(), scripted::member(nullptr, ZOV_ZMT_ALIAS, "web"));
+    buffer = untouched();
+    get_Active_ZoneSet(buffer.data());
+    EXPECT_THAT(found, ElementsAre("", ""));
+}
+
 TEST_F(MemberText, AMemberThatCannotBeReadIsInvalid) {
     scripted::zoning.faults = {{"MemberGetAttr"}};
     EXPECT_EQ(convert(ZOV_ZMT_ALIAS, text("web")), "Invalid 0");
@@ -234,6 +247,15 @@ TEST_F(MemberText, TheActiveZoneSetIsAskedFor) {
     EXPECT_STREQ(buffer.data(), "");
     EXPECT_THAT(scripted::zoning.calls, ElementsAre("fzsGetActiveZonesetName()", "fzsGetActiveZonesetName()"));
     EXPECT_THAT(log(), IsEmpty());
+}
+
+TEST_F(MemberText, AnActiveZoneSetsNameThatIsTooLongIsCut) {
+    for (const std::size_t length : {64U, 65U, 100U}) {
+        scripted::zoning.activeName = std::string(length, 'z');
+        Buffer buffer = untouched();
+        get_Active_ZoneSet(buffer.data());
+        EXPECT_EQ(std::string(buffer.data()), std::string(64, 'z')) << length;
+    }
 }
 
 TEST_F(MemberText, AFailureToTellItIsCritical) {

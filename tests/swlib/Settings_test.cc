@@ -65,8 +65,10 @@ protected:
             _keys.emplace_back(key);
             if (_refused.count(key) != 0)
                 return _refused.at(key);
-            *value = _handsOut ? strdup(_value.c_str()) : nullptr;
-            *size = static_cast<uint32_t>(_value.size() + 1);
+            if (_handsOut) {
+                *value = strdup(_value.c_str());
+                *size = static_cast<uint32_t>(_value.size() + 1);
+            }
             return 0;
         };
     }
@@ -88,7 +90,7 @@ protected:
 
     std::map<std::string, int32_t> _refused;
     std::string _value = "10:0a Fe %s%n";
-    bool _handsOut = true;
+    bool _handsOut = true; ///< if not, a success leaves the pointer as it was
 
 private:
     Lines _keys;

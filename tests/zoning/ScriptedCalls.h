@@ -273,9 +273,11 @@ int32_t zov_MemberDestroy(void *member) {
 int32_t zov_MemberGetAttr(void *member, zov_fzs_zonemember_type_e *type, void *attribute) {
     const Call call("MemberGetAttr", member);
     const scripted::Object *object = scripted::use(member, Kind::member);
-    if (object == nullptr || call.fails)
+    if (object == nullptr)
         return call.result();
-    *type = object->memberType;
+    *type = object->memberType; // also when it fails: nobody may rely on it
+    if (call.fails)
+        return call.result();
     if (object->attribute.empty())
         std::memcpy(attribute, object->id.u.byte, sizeof object->id.u.byte);
     else

@@ -311,11 +311,17 @@ TEST_F(ZoningEdits, TheActiveZoneSetKeepsARemovedAliasAndZonesKeepTheirReference
 TEST_F(ZoningEdits, BeforeTheFirstLoadThereIsNoDatabaseToEdit) {
     cache->clearUber();
     forget();
+    const long before = scripted::zoning.alive();
     EXPECT_EQ(cache->createZone("fir", ZOV_ZT_SOFT), 4);
+    EXPECT_THAT(calls(), ElementsAre("ZoneCreate(fir)", "ZoneSetType(fir, 1)", "ZoneDestroy(fir)"));
+    EXPECT_EQ(cache->createZone("fi!", ZOV_ZT_SOFT), 1) << "the name is looked at before it is added";
+    EXPECT_EQ(cache->createZone(nullptr, ZOV_ZT_SOFT), 1);
+    calls();
     EXPECT_EQ(cache->createZoneAlias("db"), 4);
     EXPECT_EQ(cache->removeZone("oak"), 2);
     EXPECT_EQ(cache->removeZoneAlias("web"), 2);
     EXPECT_THAT(calls(), IsEmpty());
+    EXPECT_EQ(scripted::zoning.alive(), before);
     EXPECT_EQ(cache->addZoneToZoneset("beta", "elm"), 2);
     EXPECT_THAT(calls(), ElementsAre("ZonesetGetZoneCount(beta)", "ZonesetFindZone(beta, elm)"));
     EXPECT_EQ(cache->addZoneToZoneset("beta", "oak"), 3) << "the earlier checks are made all the same";

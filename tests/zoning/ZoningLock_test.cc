@@ -83,6 +83,7 @@ TEST_F(ZoningLocking, ARefusedLockIsForgottenEvenIfNothingCanBeGivenBack) {
     EXPECT_THAT(sent(), ElementsAre(_lock));
     EXPECT_FALSE(isHeldBy("provider"));
     EXPECT_FALSE(isHeldBy("before"));
+    EXPECT_FALSE(isHeldBy(""));
 }
 
 TEST_F(ZoningLocking, AHeldLockGoesOverToWhoAsksForItAgain) {
@@ -132,6 +133,13 @@ TEST_F(ZoningLocking, ItsAgeCountsFromTheRequest) {
     EXPECT_TRUE(expired);
 }
 
+TEST_F(ZoningLocking, AnUptimeThatGoesBackDoesNotEndIt) {
+    cache->ZoningLock("provider");
+    support::setUptime(3);
+    EXPECT_TRUE(isHeldBy("provider"));
+    EXPECT_THAT(log(), IsEmpty());
+}
+
 TEST_F(ZoningLocking, OnlyItsVeryHolderHoldsIt) {
     EXPECT_FALSE(isHeldBy("provider"));
     EXPECT_FALSE(isHeldBy(""));
@@ -158,6 +166,7 @@ TEST_F(ZoningLocking, UnlockingGivesBackLockAndAdminMode) {
     EXPECT_THAT(sent(), ElementsAre(_unlock));
     EXPECT_EQ(cache->getZoningLockHolder(), "");
     EXPECT_FALSE(isHeldBy("provider"));
+    EXPECT_FALSE(isHeldBy("")) << "nobody holds it, not even a holder without a name";
     EXPECT_TRUE(cache->ZoningUnlock()) << "whether it is held is the switch's business";
     EXPECT_THAT(log(), IsEmpty());
     EXPECT_TRUE(support::isLockFree());
@@ -169,6 +178,7 @@ TEST_F(ZoningLocking, ARefusedUnlockIsForgottenAllTheSame) {
     EXPECT_FALSE(cache->ZoningUnlock());
     EXPECT_THAT(log(), ElementsAre("DCACHE: sml command='Cmd.Switch.RelAdmin', smlerror='0x5'"));
     EXPECT_FALSE(isHeldBy("provider"));
+    EXPECT_FALSE(isHeldBy(""));
     cache->ZoningLock("provider");
     refuse("");
     breakDown(-1);

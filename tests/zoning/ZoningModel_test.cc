@@ -75,6 +75,7 @@ TEST_F(ZoningModel, AZoneSetIsFoundUnderItsKeyOnly) {
 
 TEST_F(ZoningModel, TheActiveAndTheUberZoneSetAreKnownByTheirHandles) {
     EXPECT_TRUE(cache->isActiveZoneset(nullptr)) << "there is none";
+    EXPECT_TRUE(cache->isUberZoneset(nullptr)) << "there is none";
     load();
     EXPECT_EQ(cache->getActiveZoneset(), live);
     EXPECT_EQ(cache->getUberZoneset(), uber);
@@ -202,11 +203,31 @@ TEST_F(ZoningModel, DeletingAZoneSetThatIsOnlyTakenForTheActiveOneLeavesNothingO
     EXPECT_EQ(cache->getActiveZoneset(), nullptr);
 }
 
+TEST_F(ZoningModel, DeletingTheEntryForgetsTheZoneSetThatIsOnlyTakenForTheActiveOrUberOne) {
+    load();
+    scripted::Object *otherLive = scripted::zoneset("other");
+    scripted::Object *otherUber = scripted::zoneset("other uber");
+    cache->addZoneset(otherLive, ZONESET_ACTIVE);
+    cache->addZoneset(otherUber, ZONESET_UBER);
+    EXPECT_EQ(cache->delZoneset(live, ZONESET_ACTIVE), 0);
+    EXPECT_EQ(cache->getActiveZoneset(), nullptr);
+    EXPECT_EQ(cache->removeZoneset(kUberKey), 0);
+    EXPECT_EQ(cache->getUberZoneset(), nullptr);
+    EXPECT_THAT(walk(), ElementsAre("Alpha 1", "beta 1"));
+    cache.reset();
+    EXPECT_TRUE(live->destroyed && uber->destroyed);
+    EXPECT_FALSE(otherLive->destroyed || otherUber->destroyed) << "they are the caller's again";
+}
+
 TEST_F(ZoningModel, DeletingAsAnotherKindLeavesNoHandleOfWhatIsDestroyed) {
     load();
     EXPECT_EQ(cache->delZoneset(live, ZONESET_INACTIVE), 0) << "by its name, under which there is no entry";
     EXPECT_EQ(cache->getActiveZoneset(), nullptr);
     EXPECT_THAT(walk(), ElementsAre("Alpha 1", "uber 2", "beta 1"));
+    EXPECT_EQ(cache->delZoneset(uber, ZONESET_INACTIVE), 0);
+    EXPECT_EQ(cache->getUberZoneset(), nullptr);
+    EXPECT_THAT(walk(), ElementsAre("Alpha 1", "beta 1"));
+    EXPECT_EQ(log().back(), "DCACHE: zsl = 2, zl = 0, al = 0, zml = 0");
 }
 
 TEST_F(ZoningModel, DeletingNothingAsTheActiveOneDestroysTheEntry) {

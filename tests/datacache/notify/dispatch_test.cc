@@ -399,6 +399,7 @@ TEST_F(Dispatch, EachNotificationHasItsLineWithABlankBeforeTheName) {
                 ElementsAre("DCACHE: dequeueing ZOV_EVENT_T[1:-2:3] (32) ZOV_EVENT_SWITCH_STATE_CHANGE : now Offline",
                             "DCACHE: dequeueing ZOV_EVENT_T[0:0:2147483647] (74) ZOV_EVENT_OTHER : high",
                             "DCACHE: dequeueing ZOV_EVENT_T[-2147483648:0:0] (1000) ZOV_EVENT_OTHER : made up"));
+    EXPECT_THAT(support::messagesIn(support::kCriticalLog), IsEmpty());
 }
 
 TEST_F(Dispatch, ACodeWithoutAnActionHasItsLineAndNothingElse) {

@@ -16,6 +16,8 @@ namespace {
 thread_local long allocationsLeft = -1;
 /// What this thread has allocated, less what it has freed.
 thread_local long blocksHeld = 0;
+/// The newest block of a notification's size that this thread has allocated.
+thread_local const void *newestRecord = nullptr;
 
 [[gnu::noinline]] void *allocate(std::size_t size) {
     if (allocationsLeft == 0)
@@ -26,6 +28,8 @@ thread_local long blocksHeld = 0;
     if (memory == nullptr)
         throw std::bad_alloc();
     ++blocksHeld;
+    if (size == sizeof(zov_event_s))
+        newestRecord = std::memset(memory, 0x5A, size); // what the library does not fill shows
     return memory;
 }
 
@@ -155,6 +159,27 @@ TEST_F(Intake, ARecordIsCopiedWithItsSourceAndText) {
                                 std::string(kTextBytes - 1, 't')));
 }
 
+TEST_F(Intake, ARecordIsCopiedToItsLastByte) {
+    zov_event_s event = makeEvent(16, {-1, 2, -3}, "short");
+    std::memcpy(event.text + 100, "behind the end", 14);
+    event.rest = 0x01020304;
+    const zov_event_s sent = event;
+    DataCache::zovlibNotificationCB(nullptr, &event, nullptr);
+    ASSERT_EQ(cache().getQueuedNotificationCount(), 1U);
+    EXPECT_EQ(std::memcmp(newestRecord, &sent, sizeof(sent)), 0);
+    EXPECT_EQ(std::memcmp(&event, &sent, sizeof(sent)), 0) << "the switch library's own is only read";
+    EXPECT_NE(newestRecord, &event);
+}
+
+TEST_F(Intake, WhatHappensToANotificationIsNoFailure) {
+    for (const int32_t code : {16, 70, 78}) {
+        notify(makeEvent(code, {0, 0, 0}, "text"));
+        kick(code, nullptr, "text");
+    }
+    EXPECT_EQ(drain().size(), 5U);
+    EXPECT_THAT(support::messagesIn(support::kCriticalLog), IsEmpty());
+}
+
 TEST_F(Intake, TextWithoutItsEndIsReadNoFurtherThanItsBytes) {
     const std::string text(kTextBytes, 'u');
     for (const int32_t code : {16, 70}) {
@@ -241,6 +266,17 @@ TEST_F(Intake, AKickWithoutSourceAndTextHasZerosAndNoText) {
     EXPECT_THAT(drain(), ElementsAre("DCACHE: dequeueing ZOV_EVENT_T[0:0:0] (16) ZOV_EVENT_NETWORK_CFG_CHANGE : "));
 }
 
+TEST_F(Intake, AKickedRecordHoldsZerosWhereNothingWasGiven) {
+    kick(16, nullptr, nullptr);
+    zov_event_s expected = makeEvent(16);
+    EXPECT_EQ(std::memcmp(newestRecord, &expected, sizeof(expected)), 0);
+
+    zov_eventsource_s source = {{1, -2, 3}};
+    kick(-5, &source, "text");
+    expected = makeEvent(-5, {1, -2, 3}, "text");
+    EXPECT_EQ(std::memcmp(newestRecord, &expected, sizeof(expected)), 0);
+}
+
 TEST_F(Intake, AKickTakesEveryCode) {
     std::vector<std::string> lines;
     for (const int32_t code : {-1, 0, 2, 16, 70, 74, 255, 2147483647}) {
@@ -299,6 +335,18 @@ TEST_F(Intake, AnUnhandledNotificationNeedsNoMemory) {
     EXPECT_FALSE(runsOutOfMemory(0, [&event] { DataCache::zovlibNotificationCB(nullptr, &event, nullptr); }));
 }
 
+TEST_F(Intake, AnEventIsDeliveredWithoutMemory) {
+    static int32_t told = 0;
+    told = 0;
+    cache().startEventMonitor([](DataCacheEvent *event) { told = event->type; });
+    zov_event_s event = makeEvent(78);
+    EXPECT_FALSE(runsOutOfMemory(0, [&event] {
+        DataCache::getInstance()->_zovlibNotificationCB(&event);
+        DataCache::releaseInstance();
+    })) << "it is a local object";
+    EXPECT_EQ(told, 32);
+}
+
 TEST_F(Intake, WithoutMemoryForTheQueueNothingIsQueuedAndNothingLost) {
     // The queue grows now and then; each growth fails once.
     zov_event_s event = makeEvent(16);
@@ -307,6 +355,7 @@ TEST_F(Intake, WithoutMemoryForTheQueueNothingIsQueuedAndNothingLost) {
         if (runsOutOfMemory(1, [&event] { DataCache::zovlibNotificationCB(nullptr, &event, nullptr); })) {
             ++failures;
             EXPECT_EQ(cache().getQueuedNotificationCount(), queued);
+            EXPECT_EQ(log().size(), queued + static_cast<unsigned long>(failures)) << "said before it is done";
             EXPECT_EQ(support::takeWakeUps(), 0U);
             EXPECT_TRUE(support::isLockFree());
             notify(event);
@@ -323,6 +372,7 @@ TEST_F(Intake, WithoutMemoryForTheQueueAKickIsNotQueued) {
         if (runsOutOfMemory(1, [] { kick(16, nullptr, "x"); })) {
             ++failures;
             EXPECT_EQ(cache().getQueuedNotificationCount(), queued);
+            EXPECT_EQ(log().size(), queued + static_cast<unsigned long>(failures)) << "said before it is done";
             EXPECT_TRUE(support::isLockFree());
             kick(16, nullptr, "x");
         }

@@ -106,6 +106,19 @@ TEST_F(NameServer, TheOwnerIsTheFabricByTheNameItHasThen) {
     EXPECT_THAT(told(kAdded, entry(kFirst)), ElementsAre(added(kFirst, kSecond)));
 }
 
+class EarlyNameServer : public NameServer {
+protected:
+    void SetUp() override { connect(); }
+};
+
+TEST_F(EarlyNameServer, UntilTheFabricHasBeenReadTheOwnerIsTheZeroName) {
+    const std::vector<std::string> first = told(kAdded, entry(kFirst) + ";" + entry(kSecond));
+    ASSERT_GE(first.size(), 2U);
+    EXPECT_EQ(first[0], added(kFirst, kNone));
+    EXPECT_EQ(first[1], added(kSecond, kNone));
+    EXPECT_THAT(told(kAdded, entry(kFirst)), ElementsAre(added(kFirst)));
+}
+
 TEST_F(NameServer, TheSwitchsOwnNotificationsAreUnderstood) {
     const sim::NameServerEntry device = {support::kSwitchWwn, 20, "20000024FF4B0001", "21000024FF4B0001"};
     theSwitch->logIn(device);

@@ -117,11 +117,24 @@ TEST_F(Media, AnInsertedTransceiverIsKeptAsTheNotificationTells) {
 TEST_F(Media, CodeAndFormatAreCutToOneByte) {
     dispatch(76, "0;0;0;5;-1;321;ABCDEFGHIJKLMNOP;258");
     EXPECT_EQ(transceiver("5"), "true 2 'A' 'ABCDEFGHIJKLMNOP'");
+    dispatch(76, "0;0;0;5;1;-191;ABCDEFGHIJKLMNOP;-1");
+    EXPECT_EQ(transceiver("5"), "true 255 'A' 'ABCDEFGHIJKLMNOP'");
 }
 
 TEST_F(Media, ACodeMayBeAnyByte) {
     dispatch(76, "0;0;0;5;1;200;ABCDEFGHIJKLMNOP;3");
     EXPECT_EQ(transceiver("5"), "true 3 '\xC8' 'ABCDEFGHIJKLMNOP'");
+    for (const char *code : {"0", "256", "-256"}) {
+        dispatch(76, fmt::format("0;0;0;5;1;{};ABCDEFGHIJKLMNOP;3", code));
+        EXPECT_EQ(cache().getTransceiverVendorOUI("5"), std::string(1, '\0')) << "one character all the same";
+    }
+}
+
+TEST_F(Media, WhatFollowsTheFieldsDoesNotMatter) {
+    EXPECT_THAT(dispatch(76, "0;0;0;5;1;65;ABCDEFGHIJKLMNOP;3;4;more"), IsEmpty());
+    EXPECT_EQ(transceiver("5"), "true 3 'A' 'ABCDEFGHIJKLMNOP'");
+    EXPECT_THAT(dispatch(77, "0;0;0;5;0;65;more"), IsEmpty());
+    EXPECT_EQ(transceiver("5"), kNone);
 }
 
 TEST_F(Media, ACountOfZeroResetsThePort) {
@@ -159,13 +172,15 @@ TEST_F(Media, ARemovedTransceiverIsForgotten) {
 
 TEST_F(Media, ARemovalWithTooFewFieldsLeavesThePort) {
     dispatch(76, "0;0;0;5;1;65;ABCDEFGHIJKLMNOP;1");
-    const std::vector<std::pair<std::string, int>> texts = {{"0;0;0", 3}, {"0;0;0;", 3}, {"", -1}};
+    dispatch(76, "0;0;0;0;1;65;ABCDEFGHIJKLMNOP;1"); // port 0 is what a text without a port must not be taken for
+    const std::vector<std::pair<std::string, int>> texts = {{"0;0;0", 3}, {"0;0;0;", 3}, {"0;0;0;x", 3}, {"", -1}};
     for (const auto &[text, items] : texts) {
         EXPECT_THAT(
             dispatch(77, text),
             ElementsAre(fmt::format("DCACHE: ZOV_EVENT_PORT_MEDIA_REMOVED event only contains {} items, string = '{}'",
                                     items, text)));
         EXPECT_EQ(transceiver("5"), "true 1 'A' 'ABCDEFGHIJKLMNOP'") << text;
+        EXPECT_EQ(transceiver("0"), "true 1 'A' 'ABCDEFGHIJKLMNOP'") << text;
     }
 }
 

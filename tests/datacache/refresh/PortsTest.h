@@ -33,7 +33,7 @@ protected:
     }
     bool refresh() {
         forget();
-        return cache()._getPortInfo() != 0;
+        return cache()._getPortInfo() == 1;
     }
 
     void set(unsigned port, const std::string &attribute, const std::string &value) {

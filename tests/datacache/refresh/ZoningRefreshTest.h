@@ -50,10 +50,15 @@ protected:
     static constexpr const char *kQuestion = "Oper.Switch.WhoIsPrincipal Oper.Zoning.ActiveChecksum "
                                              "Oper.Zoning.InactiveChecksum Oper.Zoning.ActiveZoneSet";
 
+    /// The calls of a refresh that loads the database.
+    const Lines _everything = {"fzsGetZonesetList()", "fzsGetZoneset(Alpha)", "fzsGetZoneset(beta)",
+                               "fzsGetAllZonesAndAliases(__UberZoneset__)"};
+
     void SetUp() override {
         scripted::zoning = {};
         scripted::zoning.connection = 0x80000007;
         scripted::zoning.listed = {"Alpha", "beta"};
+        scripted::zoning.activeName = "live";
         support::setUptime(1000);
         scripted::getBatch = [this](zov_handle_t handle, SmlMessage *messages, int32_t count) {
             EXPECT_EQ(handle, scripted::zoning.connection);

@@ -174,12 +174,19 @@ TEST_F(Accounts, AFailedExchangeAtAnyNameKeepsTheOldList) {
     EXPECT_THAT(events(), ElementsAre(added("d")));
 }
 
+TEST_F(Accounts, FailuresAreNotCopiedToTheCriticalLog) {
+    list({"a"}, 5);
+    EXPECT_FALSE(refresh());
+    EXPECT_EQ(support::readFile(support::kCriticalLog), "");
+}
+
 TEST_F(Accounts, AnUnexpectedEndKeepsTheOldList) {
     list({"a"});
     refresh();
     for (const int32_t status : {1, 5, 23, 25, 103, -1}) {
         list({"x", "y"}, status);
         EXPECT_FALSE(refresh()) << status;
+        EXPECT_THAT(traffic(), testing::SizeIs(3)) << status;
         EXPECT_THAT(cache().getUserAccounts(), ElementsAre("a")) << status;
         EXPECT_THAT(events(), IsEmpty()) << status;
         EXPECT_THAT(
@@ -203,6 +210,17 @@ TEST_F(Accounts, AChainThatNeverEndsIsCutOff) {
     EXPECT_THAT(log(),
                 ElementsAre("DCACHE: _getAcctInfo()", "DCACHE: Cache update failed: DataCache.cc:_getAcctInfo:1940"));
     EXPECT_EQ(traffic().size(), 65537U);
+}
+
+TEST_F(Accounts, AnEmptyNameIsANameToo) {
+    list({"a"});
+    refresh();
+    list({"a", "", "b"});
+    EXPECT_TRUE(refresh());
+    EXPECT_THAT(traffic(), ElementsAre("get Oper.Switch.FirstPotentialUser", "get Oper.Switch.NextPotentialUser.a",
+                                       "get Oper.Switch.NextPotentialUser.", "get Oper.Switch.NextPotentialUser.b"));
+    EXPECT_THAT(cache().getUserAccounts(), ElementsAre("a", "", "b"));
+    EXPECT_THAT(events(), ElementsAre(added(""), added("b")));
 }
 
 TEST_F(Accounts, ALongNameIsCutInTheNextKey) {
@@ -236,6 +254,42 @@ TEST_F(Accounts, AnExceptionOfTheCallbackPassesOut) {
     support::onEvent([](DataCacheEvent &) { throw std::runtime_error("mine"); });
     EXPECT_THROW(refresh(), std::runtime_error);
     support::onEvent(nullptr);
+}
+
+TEST_F(Accounts, ACallbackThatRefreshesTheAccountsDoesNotDisturbTheEvents) {
+    list({"a", "b", "c"});
+    refresh();
+    const std::vector<std::string> others = {"d", "e", "f", "g"};
+    list(others);
+    bool once = false;
+    support::onEvent([&](DataCacheEvent &) {
+        if (once)
+            return;
+        once = true;
+        list(others);
+        EXPECT_TRUE(cache()._getAcctInfo()); // finds what is in the cache already
+    });
+    EXPECT_TRUE(refresh());
+    EXPECT_THAT(events(),
+                ElementsAre(added("d"), added("e"), added("f"), added("g"), removed("a"), removed("b"), removed("c")));
+    EXPECT_EQ(cache().getUserAccounts(), others);
+}
+
+TEST_F(Accounts, ACallbackThatRefreshesTheAccountsDoesNotDisturbTheRemovals) {
+    const std::string suffix(40, '-'); // names too long to be kept without memory of their own
+    list({"a" + suffix, "b" + suffix, "c" + suffix, "d"});
+    refresh();
+    list({"d"});
+    std::vector<std::string> reused; // takes the memory that the cache gives back
+    support::onEvent([&](DataCacheEvent &) {
+        if (!reused.empty())
+            return;
+        list({"d"});
+        EXPECT_TRUE(cache()._getAcctInfo());
+        reused.assign(50, std::string(41, '#'));
+    });
+    EXPECT_TRUE(refresh());
+    EXPECT_THAT(events(), ElementsAre(removed("a" + suffix), removed("b" + suffix), removed("c" + suffix)));
 }
 
 TEST_F(Accounts, ThePassKeepsTheResult) {

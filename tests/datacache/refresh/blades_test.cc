@@ -27,28 +27,31 @@ protected:
     void equip(const std::vector<std::string> &kinds) {
         theSwitch->clearFaults();
         answer("Oper.Chassis.0.MaxSlots", std::to_string(kinds.size()));
-        for (unsigned slot = 0; slot < kinds.size(); ++slot) {
-            const bool present = !kinds[slot].empty();
-            answer(bladeKey(slot, "OperState"), present ? "Online" : "NotInstalled");
-            answer(bladeKey(slot, "PlanarPartNum"), present ? "31-1" : "");
-            answer(bladeKey(slot, "BoardSerialNum"), present ? "SN1" : "");
-            answer(bladeKey(slot, "Type"), kinds[slot]);
-            answer(bladeKey(slot, "AdminState"), "Online");
-            answer(bladeKey(slot, "DiagStatus"), "Good");
-            answer(bladeKey(slot, "TempSensors"), "4");
-            answer(bladeKey(slot, "VoltageSensors"), "6");
-        }
+        for (unsigned slot = 0; slot < kinds.size(); ++slot)
+            fillSlot(slot, kinds[slot]);
+    }
+    void fillSlot(unsigned slot, const std::string &kind) {
+        const bool present = !kind.empty();
+        answer(bladeKey(slot, "OperState"), present ? "Online" : "NotInstalled");
+        answer(bladeKey(slot, "PlanarPartNum"), present ? "31-1" : "");
+        answer(bladeKey(slot, "BoardSerialNum"), present ? "SN1" : "");
+        answer(bladeKey(slot, "Type"), kind);
+        answer(bladeKey(slot, "AdminState"), "Online");
+        answer(bladeKey(slot, "DiagStatus"), "Good");
+        answer(bladeKey(slot, "TempSensors"), "4");
+        answer(bladeKey(slot, "VoltageSensors"), "6");
     }
 
     /// From now on a key answers this; later answers for the same key come first.
     void answer(const std::string &key, const std::string &value) { add(key, value, std::nullopt); }
     void fail(const std::string &key) { add(key, std::nullopt, 5); }
+    void failWith(const std::string &key, const std::string &value) { add(key, value, 5); }
 
     bool refresh() {
         forget();
         for (auto rule = _rules.rbegin(); rule != _rules.rend(); ++rule)
             theSwitch->addFault(*rule);
-        const bool result = cache()._getBladeInfo() != 0;
+        const bool result = cache()._getBladeInfo() == 1;
         theSwitch->clearFaults();
         return result;
     }
@@ -107,6 +110,7 @@ TEST_F(Blades, OnlyTheLastSlotStays) {
     EXPECT_THAT(kinds(4), ElementsAre(0, 0, 0, 4));
     EXPECT_EQ(cache().getFirstRootIOBladeIndex(), 3U);
     EXPECT_EQ(cache().getRootTemperatureSensorCount(2), 0U);
+    EXPECT_EQ(cache().getRootVoltageSensorCount(2), 0U);
     EXPECT_EQ(cache().getRootTemperatureSensorCount(3), 4U);
     EXPECT_EQ(cache().getRootVoltageSensorCount(3), 6U);
     EXPECT_EQ(cache().getRootBladeStatus(0), 0U);
@@ -149,6 +153,9 @@ TEST_F(Blades, AnEmptySlotHasAStatusAllTheSame) {
     answer(bladeKey(1, "OperState"), "Down");
     EXPECT_TRUE(refresh());
     EXPECT_EQ(cache().getRootBladeStatus(1), 3U) << "the primary status alone";
+    answer(bladeKey(1, "AdminState"), "Down");
+    EXPECT_TRUE(refresh());
+    EXPECT_EQ(cache().getRootBladeStatus(1), 6U) << "down because it is meant to be";
 }
 
 TEST_F(Blades, ASwitchWithOneSlotHasOnlySensors) {
@@ -170,6 +177,34 @@ TEST_F(Blades, TheSingleSlotReadsEachSensorForItself) {
     EXPECT_EQ(cache().getRootTemperatureSensorCount(0), 0U);
     EXPECT_EQ(cache().getRootVoltageSensorCount(0), 6U);
     EXPECT_THAT(log(), ElementsAre("DCACHE: _getBladeInfo()")) << "no line of the access layer";
+}
+
+TEST_F(Blades, ASensorCountThatIsRefusedIsNoneWhateverItsValue) {
+    for (const char *attribute : {"TempSensors", "VoltageSensors"}) {
+        refresh({"IO"});
+        failWith(bladeKey(0, attribute), "9");
+        EXPECT_TRUE(refresh());
+        const bool temp = std::string(attribute) == "TempSensors";
+        EXPECT_EQ(cache().getRootTemperatureSensorCount(0), temp ? 0U : 4U);
+        EXPECT_EQ(cache().getRootVoltageSensorCount(0), temp ? 6U : 0U);
+    }
+}
+
+TEST_F(Blades, TheSlotCountIsADecimalNumberOf16Bits) {
+    const std::vector<std::tuple<std::string, unsigned, unsigned>> rows = {
+        // text, count, exchanges
+        {"65538", 2, 3}, {" 2 slots", 2, 3}, {"02", 2, 3},   {"65537", 1, 2},
+        {"0x2", 0, 1},   {"", 0, 1},         {"none", 0, 1}, {"300", 300, 301},
+    };
+    for (const auto &[text, count, exchanges] : rows) {
+        refresh({"", "PS"});
+        for (unsigned slot = 2; slot < count; ++slot)
+            fillSlot(slot, "");
+        answer("Oper.Chassis.0.MaxSlots", text);
+        EXPECT_TRUE(refresh());
+        EXPECT_EQ(cache().getRootSlotCount(), count) << text;
+        EXPECT_THAT(traffic(), SizeIs(exchanges)) << text;
+    }
 }
 
 TEST_F(Blades, ASwitchWithoutSlotsIsRefreshedToo) {
@@ -201,6 +236,7 @@ TEST_F(Blades, AFailedSlotLeavesWhatWasRead) {
     EXPECT_EQ(log().back(), failed(1494));
     EXPECT_THAT(kinds(3), ElementsAre(0, 3, 0));
     EXPECT_THAT(events(), IsEmpty());
+    EXPECT_EQ(support::readFile(support::kCriticalLog), "");
 }
 
 TEST_F(Blades, AFailureAtAnySlotLeavesTheSlotReadBefore) {
@@ -295,6 +331,16 @@ TEST_F(Blades, AFailedRefreshIsNoPictureToCompareWith) {
     EXPECT_THAT(events(), IsEmpty());
     EXPECT_TRUE(refresh({"", "PS"}));
     EXPECT_THAT(events(), ElementsAre(event(19, "PowerSupplyAdd", 1), event(17, "FanRemove", 1) + " count=0"));
+}
+
+TEST_F(Blades, WhatAFailedRefreshLeftIsComparedWith) {
+    refresh({"", "IO"});
+    equip({"FAN", "IO"});
+    fail(bladeKey(1, "Type"));
+    EXPECT_FALSE(refresh());
+    ASSERT_THAT(kinds(2), ElementsAre(1, 0));
+    EXPECT_TRUE(refresh({"FAN", "IO"}));
+    EXPECT_THAT(events(), ElementsAre(event(17, "FanRemove", 0) + " count=1", event(7, "BladeAdd", 1)));
 }
 
 TEST_F(Blades, ASingleSlotInBetweenLeavesAnEmptyPictureToCompareWith) {
@@ -401,11 +447,23 @@ TEST_F(BladeWalk, EndsAtTheSlotsOfTheChassis) {
     slotsOfChassis("4");
     EXPECT_EQ(cache().getNextRootIOBladeIndex(0), 3U);
     EXPECT_THAT(log(), ElementsAre("DCACHE: getNextRootIOBladeIndex( 0 ) returns 3"));
+    EXPECT_EQ(support::readFile(support::kCriticalLog), "");
     EXPECT_EQ(cache().getNextRootIOBladeIndex(3), 65535U);
     EXPECT_EQ(cache().getNextRootIOBladeIndex(65535), 65535U);
     slotsOfChassis("3");
     EXPECT_EQ(cache().getNextRootIOBladeIndex(0), 65535U);
     EXPECT_EQ(cache().getFirstRootIOBladeIndex(), 3U) << "the first one does not ask the chassis";
+}
+
+TEST_F(BladeWalk, BeginsAtABladeBeyondTheSlotsThatTheSwitchClaims) {
+    refresh({"", "", "", "IO"});
+    equip({"", ""});
+    fail(bladeKey(0, "Type"));
+    EXPECT_FALSE(refresh());
+    EXPECT_EQ(cache().getRootSlotCount(), 2U);
+    EXPECT_EQ(cache().getFirstRootIOBladeIndex(), 3U);
+    slotsOfChassis("4");
+    EXPECT_EQ(cache().getNextRootIOBladeIndex(2), 3U) << "nor does the walk ask for them";
 }
 
 TEST_F(BladeWalk, WithASingleSlotThereIsNoNextBlade) {

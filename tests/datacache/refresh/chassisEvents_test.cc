@@ -130,6 +130,20 @@ TEST_F(PowerSupply, ASupplyThatIsNotCountedKeepsItsStateAndIsComparedWhenItIsCou
     EXPECT_THAT(events(), ElementsAre(event("21: PowerSupplyFail", "number=2 count=1")));
 }
 
+TEST_F(PowerSupply, SuppliesThatWereNotCountedForAWhileAreComparedWithTheirLastStates) {
+    set("Oper.Chassis.0.PowerSupplies", "3");
+    set("Oper.Chassis.0.PowerSupply.1", "Bad");
+    set("Oper.Chassis.0.PowerSupply.2", "NotInstalled");
+    refresh();
+    const int one = answer("Oper.Chassis.0.PowerSupplies", "1");
+    EXPECT_EQ(refresh(), 1);
+    EXPECT_EQ(refresh(), 1);
+    theSwitch->removeFault(one);
+    set("Oper.Chassis.0.PowerSupply.2", "Good");
+    EXPECT_EQ(refresh(), 1);
+    EXPECT_THAT(events(), ElementsAre(event("19: PowerSupplyAdd", "number=3")));
+}
+
 TEST_F(PowerSupply, ASupplyThatWasNeverThereStartsAsUnknown) {
     refresh();
     set("Oper.Chassis.0.PowerSupplies", "4");

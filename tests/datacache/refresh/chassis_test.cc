@@ -262,6 +262,16 @@ TEST_F(ChassisRefresh, TheFaultListOfASingleSlotIsNotRead) {
     EXPECT_EQ(cache().getSwitchFaults(), kHealthy);
 }
 
+TEST_F(ChassisRefresh, TheListOfASlotThatIsNoMoreIsNotSearched) {
+    set("Oper.Chassis.0.MaxSlots", "3");
+    set("Oper.Blade.2.FaultList", "FW_POST_FAIL");
+    EXPECT_EQ(refresh(), 1);
+    EXPECT_EQ(cache().getSwitchFaults(), kSelfTest);
+    set("Oper.Chassis.0.MaxSlots", "2");
+    EXPECT_EQ(refresh(), 1);
+    EXPECT_EQ(cache().getSwitchFaults(), kHealthy);
+}
+
 TEST_F(ChassisRefresh, AFaultListWithoutItsEndLosesItsLastCharacter) {
     const std::string name = "FW_POST_FAIL";
     answer("Oper.Switch.FaultList", std::string(256 - name.size(), '.') + name);
@@ -387,6 +397,7 @@ TEST_F(ChassisFailure, AtTheEndOfAListIsSilent) {
     failKey("Oper.Chassis.0.Fan.1", 24);
     EXPECT_EQ(refresh(), 0);
     EXPECT_THAT(log(), ElementsAre("DCACHE: _getChassisInfo()"));
+    EXPECT_EQ(support::readFile(support::kCriticalLog), "");
 }
 
 TEST_F(ChassisFailure, OfTheFirstRefreshDoesNotCount) {

@@ -102,6 +102,7 @@ protected:
         const Lines all = log();
         const auto begin = std::find(all.begin(), all.end(), expectedLog.front());
         EXPECT_EQ(Lines(begin, all.end()), expectedLog);
+        EXPECT_EQ(support::readFile(support::kCriticalLog), "");
     }
 
 private:
@@ -312,6 +313,74 @@ TEST_F(FabricEvents, ACallbackThatRefreshesTheFabricDoesNotDisturbTheEvents) {
         expected.push_back(removed(kFormer, domain));
     expected.push_back(fmt::format("3: FabricChange fabric={} added=false", kFormer));
     EXPECT_EQ(events(), expected);
+}
+
+TEST_F(FabricEvents, ASwitchThatWasKnownTwiceIsToldOfTwiceUnderTheNewName) {
+    become(kFormer, {3});
+    refresh();
+    fabric().addSwitch(Wwn(nameOf(3)));
+    become(kOther, {3});
+    refresh();
+    EXPECT_THAT(events(),
+                ElementsAre(fmt::format("2: FabricRemove fabric={}", kFormer),
+                            fmt::format("1: FabricAdd fabric={}", kOther), added(kOther, 3), added(kOther, 3)));
+    EXPECT_EQ(switches(), Lines{nameOf(3)});
+}
+
+TEST_F(FabricEvents, ACallbackThatRefreshesTheFabricUnderAnotherNameDoesNotDisturbTheEvents) {
+    struct Row {
+        const char *name;
+        Domains before;
+        Domains after;
+        Domains meanwhile; ///< what the callback's own refreshes find
+        Lines events;      ///< but for those of the callback's refreshes
+    };
+    const std::vector<Row> rows = {
+        {kOther,
+         {3, 5},
+         {3, 5, 7},
+         {3, 5, 7},
+         {"fabric-change N added", "fabric-remove O", "switch-add N 3", "switch-add N 5"}},
+        {kOther, {13, 15}, {13, 15}, {15}, {"fabric-remove O", "fabric-add N", "switch-add N 13", "switch-add N 15"}},
+        {kOther,
+         {23, 25, 27},
+         {23, 25},
+         {25},
+         {"fabric-change O removed", "fabric-add N", "switch-add N 23", "switch-add N 25"}},
+        {kFormer,
+         {33, 35},
+         {35, 37},
+         {33},
+         {"switch-add N 37", "switch-remove N 33", "fabric-change N removed", "fabric-change N added"}},
+    };
+    for (const Row &row : rows) {
+        SCOPED_TRACE(row.events.front());
+        support::onEvent(nullptr);
+        become(kFormer, row.before);
+        refresh();
+        refresh();
+        become(row.name, row.after);
+        Lines heard;
+        bool nested = false;
+        bool once = false;
+        support::onEvent([&](DataCacheEvent &event) {
+            if (!nested)
+                heard.push_back(support::describe(event));
+            if (once)
+                return;
+            once = nested = true;
+            become("10000000C0DE0003", row.meanwhile);
+            EXPECT_TRUE(cache()._getFabricInfo());
+            EXPECT_TRUE(cache()._getFabricInfo()); // whose snapshot has nothing of the former fabric
+            nested = false;
+        });
+        refresh();
+        Lines expected;
+        for (const std::string &words : row.events)
+            expected.push_back(event(words, row.name));
+        EXPECT_EQ(heard, expected);
+    }
+    support::onEvent(nullptr);
 }
 
 } // namespace

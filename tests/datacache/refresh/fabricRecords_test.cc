@@ -233,9 +233,12 @@ TEST_F(FabricRecords, AFabricWithoutANameIsAnotherFabric) {
 
 TEST_F(FabricRecords, HopsAreComparedWhole) {
     join(3);
-    lie("Oper.Eport.LsdbRecord.3.Hops", "2550");
-    EXPECT_TRUE(refresh());
-    EXPECT_EQ(switches(), Lines{nameOf(3)});
+    for (const char *hops : {"2550", "0255", "255 ", " 0", "0 "}) {
+        const int rule = lie("Oper.Eport.LsdbRecord.3.Hops", hops);
+        EXPECT_TRUE(refresh());
+        EXPECT_EQ(switches(), Lines{nameOf(3)}) << hops;
+        theSwitch->removeFault(rule);
+    }
 }
 
 TEST_F(FabricRecords, AnElementThatLostItsSwitchIsPassedOver) {

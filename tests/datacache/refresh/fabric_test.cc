@@ -167,6 +167,7 @@ TEST_F(FabricRefresh, ARefusedListMayStillHoldTheDomains) {
     EXPECT_TRUE(refresh());
     EXPECT_THAT(log(), Contains("DCACHE: smlerror = 7"));
     EXPECT_THAT(log(), Contains("DCACHE: LsdbRecordList: 3"));
+    EXPECT_THAT(support::messagesIn(support::kCriticalLog), IsEmpty());
     EXPECT_EQ(switches(), Lines{nameOf(3)});
 }
 

@@ -18,7 +18,7 @@ TEST_F(Ports, EntersTheLocalSwitchWithItsPorts) {
     EXPECT_TRUE(refreshAll());
     const SwitchCache *local = localSwitch();
     ASSERT_NE(local, nullptr);
-    EXPECT_TRUE(local->isLocal());
+    EXPECT_EQ(local->_local, 1U);
     EXPECT_EQ(local->getDomainID(), 97U);
     EXPECT_EQ(cache().getRootSwitchDomainID(), 97U);
     EXPECT_EQ(local->_port_wwn, portName(support::kSwitchWwn, 0));
@@ -36,6 +36,17 @@ TEST_F(Ports, TheDomainIdIsCutToEightBits) {
     EXPECT_TRUE(refreshAll());
     EXPECT_EQ(localSwitch()->getDomainID(), 97U);
     EXPECT_EQ(cache().getRootSwitchDomainID(), 97U);
+}
+
+TEST_F(Ports, TheDomainIdIsADecimalNumberReadAnewEachTime) {
+    const std::vector<std::pair<std::string, unsigned>> rows = {{"97", 97},  {"010", 10}, {"0x10", 0},
+                                                                {"-1", 255}, {"", 0},     {"7 or 8", 7}};
+    for (const auto &[text, domain] : rows) {
+        const int rule = lie("Oper.Switch.DomainID", text);
+        EXPECT_TRUE(refreshAll());
+        EXPECT_EQ(localSwitch()->getDomainID(), domain) << text;
+        theSwitch->removeFault(rule);
+    }
 }
 
 TEST_F(Ports, ASecondRefreshUpdatesTheSwitchThatIsThere) {
@@ -147,9 +158,35 @@ TEST_F(Ports, EventsComeInTheOrderOfThePorts) {
     set(9, "OperState", "Online");
     set(3, "OperState", "Offline");
     set(20, "OperState", "Downed");
+    set(0, "OperState", "Downed");
     refreshAll();
-    EXPECT_THAT(events(), ElementsAre(statusChanged(3, 2, 10), portAdded(9), statusChanged(20, 2, 6)))
+    EXPECT_THAT(events(),
+                ElementsAre(statusChanged(0, 2, 6), statusChanged(3, 2, 10), portAdded(9), statusChanged(20, 2, 6)))
         << "donors are told of too";
+}
+
+TEST_F(Ports, AStatusThatIsNotKnownIsTold) {
+    refreshAll();
+    const int rule = lie(support::portKey(5, "OperState"), "Burning");
+    refreshAll();
+    EXPECT_THAT(events(), ElementsAre(statusChanged(5, 2, 0)));
+    theSwitch->removeFault(rule);
+    refreshAll();
+    EXPECT_THAT(events(), ElementsAre(statusChanged(5, 0, 2)));
+}
+
+TEST_F(Ports, DonorsAndPassThroughPortsAreToldOfLikeOthers) {
+    for (const char *type : {"Donor", "PT"}) {
+        set(5, "Type", type);
+        set(5, "OperState", "NotInstalled");
+        refreshAll();
+        set(5, "OperState", "Online");
+        refreshAll();
+        EXPECT_THAT(events(), ElementsAre(portAdded(5))) << type;
+        set(5, "OperState", "Offline");
+        refreshAll();
+        EXPECT_THAT(events(), ElementsAre(statusChanged(5, 2, 10))) << type;
+    }
 }
 
 TEST_F(Ports, AnotherTypeAloneRaisesNothing) {
@@ -158,6 +195,19 @@ TEST_F(Ports, AnotherTypeAloneRaisesNothing) {
     EXPECT_TRUE(refreshAll());
     EXPECT_THAT(events(), IsEmpty());
     EXPECT_EQ(cache().getPortType("5"), 4U);
+}
+
+TEST_F(Ports, NothingOfItIsCritical) {
+    set(3, "Type", "Donor");
+    set(5, "OperState", "NotInstalled");
+    refreshAll();
+    set(5, "OperState", "Online");
+    set(6, "OperState", "Offline");
+    refreshAll();
+    EXPECT_EQ(events().size(), 2U);
+    fail("Oper.Switch.MaxPorts");
+    EXPECT_FALSE(refreshAll());
+    EXPECT_EQ(support::readFile(support::kCriticalLog), "");
 }
 
 // ---- other switches -------------------------------------------------------------------------------------

@@ -40,6 +40,7 @@ TEST_F(Ports, ASuccessEmptiesTheSet) {
     refreshAll();
     EXPECT_TRUE(refresh());
     EXPECT_THAT(portsRead(), IsEmpty());
+    EXPECT_EQ(log().front(), "DCACHE: _getPortInfo()");
 }
 
 TEST_F(Ports, MoreThan128PortsAreNotRead) {
@@ -142,6 +143,33 @@ TEST_F(Ports, OnlyTheExactWordMeansDiagnostics) {
         EXPECT_TRUE(refreshAll());
         EXPECT_FALSE(cache().getTransceiverDDMSupported("2")) << text;
         theSwitch->removeFault(rule);
+    }
+}
+
+TEST_F(Ports, ATransceiverThatLostItsDiagnosticsIsForgotten) {
+    set(2, "DDM.Supported", "True");
+    refreshAll();
+    ASSERT_TRUE(cache().getTransceiverDDMSupported("2"));
+    set(2, "DDM.Supported", "False");
+    EXPECT_TRUE(refreshAll());
+    EXPECT_FALSE(cache().getTransceiverDDMSupported("2"));
+    EXPECT_EQ(cache().getTransceiverVendorOUI("2"), "");
+    EXPECT_EQ(cache().getTransceiverFormat("2"), 2U);
+}
+
+TEST_F(Ports, APortWithoutAKnownStateOrTypeIsPresentAllTheSame) {
+    refreshAll();
+    theSwitch->set("Oper.Switch.Nop", "EXG", sim::Notify::no);
+    for (const char *state : {"", "Burning", "notinstalled", "NotInstalled ", "PoweredOf"}) {
+        const int stateRule = lie(portKey(5, "OperState"), state);
+        const int typeRule = lie(portKey(5, "Type"), "?");
+        EXPECT_TRUE(refreshAll());
+        EXPECT_TRUE(cache().isPortPresent("5")) << state;
+        EXPECT_EQ(cache().getPortStatus("5"), 0U) << state;
+        EXPECT_EQ(cache().getPortType("5"), 0U) << state;
+        EXPECT_EQ(cache().getPortHWType("5"), 2U) << state;
+        theSwitch->removeFault(stateRule);
+        theSwitch->removeFault(typeRule);
     }
 }
 
@@ -326,6 +354,18 @@ TEST_F(Ports, WithoutAUsablePortTheNameIsReadFromPortZero) {
     EXPECT_TRUE(refreshAll());
     EXPECT_EQ(traffic().back(), "get Oper.UserPort.0.0.WWN Oper.Switch.DomainID Oper.Switch.WhoIsPrincipal");
     EXPECT_THAT(usable(), IsEmpty());
+}
+
+TEST_F(Ports, AFirstPortWithoutANameTakesAllPortsTheirs) {
+    refreshAll();
+    const int nameless = lie(portKey(0, "WWN"), "none");
+    EXPECT_TRUE(refreshAll());
+    EXPECT_THAT(usable(), IsEmpty());
+    EXPECT_EQ(cache().calcPortWwn(support::kSwitchWwn, "5"), "");
+    EXPECT_TRUE(cache().isPortPresent("5"));
+    theSwitch->removeFault(nameless);
+    EXPECT_TRUE(refresh());
+    EXPECT_EQ(cache().calcPortWwn(support::kSwitchWwn, "5"), nameOf(5));
 }
 
 // ---- a larger switch -------------------------------------------------------------------------------------

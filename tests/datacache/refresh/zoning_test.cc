@@ -4,7 +4,6 @@
 #include <fmt/format.h>
 
 #include "tests/datacache/refresh/ZoningRefreshTest.h"
-#include "tests/support/WakeUps.h"
 
 namespace {
 
@@ -15,15 +14,7 @@ constexpr const char *kNoneCounted = "DCACHE: zsl = 0, zl = 0, al = 0, zml = 0";
 constexpr const char *kOneCounted = "DCACHE: zsl = 1, zl = 0, al = 0, zml = 0";
 constexpr const char *kTwoCounted = "DCACHE: zsl = 2, zl = 0, al = 0, zml = 0";
 
-class ZoningRefresh : public ZoningRefreshTest {
-protected:
-    void SetUp() override {
-        ZoningRefreshTest::SetUp();
-        scripted::zoning.activeName = "live";
-    }
-    const Lines _everything = {"fzsGetZonesetList()", "fzsGetZoneset(Alpha)", "fzsGetZoneset(beta)",
-                               "fzsGetAllZonesAndAliases(__UberZoneset__)"};
-};
+class ZoningRefresh : public ZoningRefreshTest {};
 
 // ---- a refresh that finds changes --------------------------------------------------------------------
 
@@ -114,7 +105,10 @@ TEST_F(ZoningRefresh, AMovedInactiveChecksumReloadsTheDatabaseOnly) {
     scripted::zoning.listed = {"gamma"};
     tree[kInactiveSum] = "B3";
     EXPECT_TRUE(refresh());
-    EXPECT_THAT(fetches(), ElementsAre("fzsGetZonesetList()", "fzsGetZoneset(gamma)", _everything.back()));
+    const Lines counted = {"ZonesetGetZoneCount(__UberZoneset__)", "ZonesetGetAliasCount(__UberZoneset__)"};
+    EXPECT_THAT(calls(), ElementsAre("ZonesetDestroy(Alpha)", "ZonesetDestroy(beta)", counted[0], counted[1],
+                                     "ZonesetDestroy(__UberZoneset__)", "fzsGetZonesetList()", "fzsGetZoneset(gamma)",
+                                     "ZonesetGetName(gamma)", _everything.back(), counted[0], counted[1]));
     EXPECT_THAT(events(), ElementsAre(databaseChange()));
     EXPECT_THAT(zonesets(), ElementsAre("live", kUber, "gamma"));
     EXPECT_EQ(cache().getActiveZoneset(), active);
@@ -158,6 +152,15 @@ TEST_F(ZoningRefresh, LogsHowManySecondsTheSwitchTook) {
     EXPECT_THAT(
         log(), testing::IsSupersetOf({"DCACHE: Active zoneset added, 4s", "DCACHE: Inactive zoneset 'Alpha' added, 5s",
                                       "DCACHE: Inactive zoneset 'beta' added, 4s", "DCACHE: Uber zoneset added, 15s"}));
+}
+
+TEST_F(ZoningRefresh, WhatTheSwitchTakesForNamesAndCountsIsNoneOfTheSecondsLogged) {
+    scripted::zoning.enter = [time = 1000L]() mutable { support::setUptime(++time); };
+    EXPECT_TRUE(refresh());
+    scripted::zoning.enter = nullptr;
+    EXPECT_THAT(log(),
+                testing::IsSupersetOf({"DCACHE: Active zoneset added, 1s", "DCACHE: Inactive zoneset 'Alpha' added, 1s",
+                                       "DCACHE: Inactive zoneset 'beta' added, 1s", "DCACHE: Uber zoneset added, 1s"}));
 }
 
 TEST_F(ZoningRefresh, EachEventComesRightAfterTheLineThatAnnouncesIt) {
@@ -307,6 +310,22 @@ TEST_F(ZoningRefresh, AFailedDatabaseDoesNotReloadTheActiveZoneSetAgain) {
     EXPECT_THAT(events(), ElementsAre(databaseChange()));
 }
 
+TEST_F(ZoningRefresh, WhatFailedToLoadIsNotTriedAgainWhenItsChecksumGoesBack) {
+    load();
+    tree[kActiveSum] = "A2";
+    fail("fzsGetActiveZoneset");
+    EXPECT_FALSE(refresh());
+    tree[kActiveSum] = "A1";
+    tree[kInactiveSum] = "B3";
+    fail("fzsGetZonesetList");
+    EXPECT_FALSE(refresh());
+    tree[kInactiveSum] = "B2";
+    EXPECT_TRUE(refresh());
+    EXPECT_THAT(calls(), IsEmpty());
+    EXPECT_THAT(events(), IsEmpty());
+    EXPECT_THAT(zonesets(), IsEmpty());
+}
+
 TEST_F(ZoningRefresh, WhatAClientThrowsMakesItHearOfTheChangeAgain) {
     for (const int32_t type : {27, 28}) {
         tree[kActiveSum] = fmt::format("A{}", type);
@@ -325,7 +344,7 @@ TEST_F(ZoningRefresh, WhatAClientThrowsMakesItHearOfTheChangeAgain) {
     }
 }
 
-// ---- switches without zoning, and the reload ---------------------------------------------------------
+// ---- switches without zoning, and many refreshes -----------------------------------------------------
 
 TEST_F(ZoningRefresh, ATransparentSwitchHasNone) {
     tree["Config.Switch.TransparentMode"] = "True";
@@ -335,25 +354,6 @@ TEST_F(ZoningRefresh, ATransparentSwitchHasNone) {
     EXPECT_THAT(calls(), IsEmpty());
     EXPECT_THAT(log(), IsEmpty());
     EXPECT_THAT(events(), IsEmpty());
-}
-
-TEST_F(ZoningRefresh, AReloadRebuildsTheDatabaseWithoutAnyChange) {
-    for (const char *sum : {"B2", "FFFFFFFF"}) {
-        tree[kInactiveSum] = sum;
-        load();
-        support::takeWakeUps();
-        cache().reloadZoning();
-        EXPECT_EQ(support::takeWakeUps(), 1U);
-        EXPECT_TRUE(cache().workToDo());
-        EXPECT_THAT(questions(), IsEmpty());
-        EXPECT_THAT(log(), IsEmpty());
-        EXPECT_TRUE(support::isLockFree());
-        EXPECT_TRUE(refresh());
-        EXPECT_EQ(fetches(), _everything);
-        EXPECT_THAT(events(), ElementsAre(databaseChange()));
-        EXPECT_TRUE(refresh());
-        EXPECT_THAT(events(), IsEmpty());
-    }
 }
 
 TEST_F(ZoningRefresh, NoHandleIsLostInAThousandRefreshes) {
