@@ -1,8 +1,8 @@
 // `dcache blades`: commands/blades.cc.
 #include <gmock/gmock.h>
-#include <nlohmann/json.hpp>
 
 #include "sim/Simulator.h"
+#include "tests/tools/Json.h"
 #include "tools/dcache/commands/commands.h"
 #include "tools/dcache/failure.h"
 
@@ -11,10 +11,6 @@ using testing::EndsWith;
 using testing::HasSubstr;
 
 namespace {
-
-nlohmann::json jsonOf(const Report &report) {
-    return nlohmann::json::parse(render(report, Format::json, false));
-}
 
 std::unique_ptr<sim::Simulator> directorWithLastBlade(const char *type) {
     auto director = sim::create("director-8");

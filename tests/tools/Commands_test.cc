@@ -1,9 +1,9 @@
 #include "tools/dcache/commands/commands.h"
 
 #include <gmock/gmock.h>
-#include <nlohmann/json.hpp>
 
 #include "sim/Simulator.h"
+#include "tests/tools/Json.h"
 #include "tools/dcache/commands/facts.h"
 #include "tools/dcache/failure.h"
 
@@ -107,7 +107,7 @@ TEST_F(Commands, AnAccountNameCannotReachATerminalUnprinted) {
     _switch->addFault(end);
     const Report report = showAccounts();
     EXPECT_EQ(render(report, Format::table, false), "ACCOUNT\nadmin\no\\x1B[2Jp\n");
-    EXPECT_EQ(nlohmann::json::parse(render(report, Format::json, false)).at("accounts").at(1).at("name"), "o\x1b[2Jp");
+    EXPECT_EQ(jsonOf(report).at("accounts").at(1).at("name"), "o\x1b[2Jp");
 }
 
 TEST_F(Commands, ASwitchWithoutAccountsSaysSo) {

@@ -1,9 +1,9 @@
 // `dcache fabric`: commands/fabric.cc.
 #include <gmock/gmock.h>
-#include <nlohmann/json.hpp>
 
 #include "sim/Simulator.h"
 #include "tests/support/Uptime.h"
+#include "tests/tools/Json.h"
 #include "tools/dcache/commands/commands.h"
 #include "tools/dcache/failure.h"
 
@@ -14,10 +14,6 @@ using testing::StartsWith;
 using testing::ThrowsMessage;
 
 namespace {
-
-nlohmann::json jsonOf(const Report &report) {
-    return nlohmann::json::parse(render(report, Format::json, false));
-}
 
 std::string tableOf(const Report &report) {
     return render(report, Format::table, false);

@@ -1,8 +1,8 @@
 // `dcache ports`: commands/ports.cc.
 #include <gmock/gmock.h>
-#include <nlohmann/json.hpp>
 
 #include "sim/Simulator.h"
+#include "tests/tools/Json.h"
 #include "tests/tools/RunDcache.h"
 #include "tools/dcache/commands/commands.h"
 #include "tools/dcache/failure.h"
@@ -43,15 +43,13 @@ protected:
     /// The numbers of the ports that are listed.
     static std::vector<int> listed(const PortFilter &filter) {
         std::vector<int> numbers;
-        const auto object = nlohmann::json::parse(render(showPorts(filter), Format::json, false));
+        const auto object = dcache::jsonOf(showPorts(filter));
         for (const auto &port : object.at("ports"))
             numbers.push_back(port.at("index"));
         return numbers;
     }
 
-    static nlohmann::json jsonOf(int port) {
-        return nlohmann::json::parse(render(showPort(std::to_string(port)), Format::json, false));
-    }
+    static nlohmann::json jsonOf(int port) { return dcache::jsonOf(showPort(std::to_string(port))); }
 
     /// The line of the table about this port.
     static std::string lineOf(int port) {
@@ -99,7 +97,7 @@ TEST_F(Ports, AStateThatNoPortIsInLeavesASentenceAndAnEmptyArray) {
     const Report report = showPorts({false, "diagnostics"});
     EXPECT_THAT(render(report, Format::table, false), StartsWith("No port is in state \"diagnostics\".\n\n24 ports: "));
     EXPECT_EQ(render(report, Format::terse, false), "");
-    EXPECT_EQ(nlohmann::json::parse(render(report, Format::json, false)), nlohmann::json::parse(R"({"ports": []})"));
+    EXPECT_EQ(dcache::jsonOf(report), nlohmann::json::parse(R"({"ports": []})"));
 }
 
 TEST_F(Ports, AnAbsentPortHasNoNameTypeOrTransceiver) {
@@ -180,7 +178,7 @@ TEST_F(Ports, PortsThatCannotBeReadAreAFailureThatNamesTheArea) {
 
 TEST(PortsOfOtherSwitches, AreNumberedFromZeroAlsoWhenTheirNamesCountFromOne) {
     const auto other = sim::create("second-naming");
-    const auto port = nlohmann::json::parse(render(showPort("4"), Format::json, false));
+    const auto port = jsonOf(showPort("4"));
     EXPECT_EQ(port.at("index"), 4);
     EXPECT_EQ(port.at("wwn"), "20:05:00:0D:EC:00:A1:B2");
 }

@@ -1,5 +1,6 @@
 #include "tools/dcache/render.h"
 
+#include "tests/tools/Json.h"
 #include "tools/dcache/json.h"
 #include <gmock/gmock.h>
 
@@ -46,7 +47,30 @@ TEST(Render, AColumnWithoutATitleIsForProgramsAndScriptsOnly) {
     EXPECT_EQ(render(report, Format::terse, false), "ports.1.index=0\n"
                                                     "ports.1.number=2\n"
                                                     "ports.1.state=online\n");
-    EXPECT_EQ(nlohmann::json::parse(render(report, Format::json, false)).at("ports").at(0).at("number"), 2);
+    EXPECT_EQ(jsonOf(report).at("ports").at(0).at("number"), 2);
+}
+
+TEST(Render, ATableWithoutTitlesIsForProgramsAndScriptsOnly) {
+    Report report;
+    report.facts = {{"name", "name", {"edge 1", "edge 1"}}};
+    report.listings = {{"codes", {{"code", nullptr}}, {{{7, "7"}}}}, {"fans", {{"number", "FAN"}}, {{{1, "1"}}}}};
+    EXPECT_EQ(render(report, Format::table, false), "name  edge 1\n\nFAN\n1\n");
+    EXPECT_EQ(render(report, Format::terse, false), "name=edge 1\ncodes.1.code=7\nfans.1.number=1\n");
+}
+
+TEST(Render, AHeadingStandsAboveItsFactsForPeopleOnly) {
+    Report report;
+    report.facts = {{"telnet", "Telnet", {true, "on"}, "Services"},
+                    {"ssh", "SSH", {false, "off"}},
+                    {"address", "address", {"192.0.2.1", "192.0.2.1"}, "Network"}};
+    EXPECT_EQ(render(report, Format::table, false), "Services\n"
+                                                    "Telnet   on\n"
+                                                    "SSH      off\n"
+                                                    "\n"
+                                                    "Network\n"
+                                                    "address  192.0.2.1\n");
+    EXPECT_EQ(render(report, Format::terse, false), "telnet=true\nssh=false\naddress=192.0.2.1\n");
+    EXPECT_THAT(render(report, Format::table, true), testing::StartsWith("\x1b[1mServices\x1b[0m\n"));
 }
 
 TEST(Render, ATableWithoutRowsMaySayWhy) {
@@ -54,7 +78,7 @@ TEST(Render, ATableWithoutRowsMaySayWhy) {
     report.listings = {{"ports", {{"index", "PORT"}}, {}, "No port is offline."}};
     EXPECT_EQ(render(report, Format::table, false), "No port is offline.\n");
     EXPECT_EQ(render(report, Format::terse, false), "");
-    EXPECT_EQ(nlohmann::json::parse(render(report, Format::json, false)), nlohmann::json::parse(R"({"ports": []})"));
+    EXPECT_EQ(jsonOf(report), nlohmann::json::parse(R"({"ports": []})"));
     report.listings.front().rows = {{{0, "0"}}};
     EXPECT_EQ(render(report, Format::table, false), "PORT\n0\n");
 }

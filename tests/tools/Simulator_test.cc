@@ -35,6 +35,11 @@ TEST(SimulatorLookup, SaysSoWhenTheSimulatedSwitchIsOfAnotherVersion) {
                 testing::ThrowsMessage<dcache::Failure>(testing::HasSubstr("another version")));
 }
 
+TEST(SimulatorLookup, TellsARealSwitchLibraryFromTheSimulatedOne) {
+    EXPECT_TRUE(dcache::isSimulated());
+    EXPECT_FALSE(dcache::isSimulated("no_such_factory"));
+}
+
 TEST(SimulatorLookup, TheClockOfTheSwitchMadeLastIsTheOneThatCounts) {
     using std::chrono::seconds;
     EXPECT_EQ(dcache::simulatedSeconds(), 0) << "there is no switch yet";

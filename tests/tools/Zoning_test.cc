@@ -1,10 +1,10 @@
 // `dcache zoning`: commands/zoning.cc, and the command line around it.
 #include <chrono>
 #include <gmock/gmock.h>
-#include <nlohmann/json.hpp>
 #include <signal.h>
 #include <unistd.h>
 
+#include "tests/tools/Json.h"
 #include "tests/tools/RunDcache.h"
 #include "tests/tools/zoning/Samples.h"
 #include "tools/dcache/commands/commands.h"
@@ -50,10 +50,6 @@ protected:
 
 std::string tableOf(const Report &report) {
     return render(report, Format::table, false);
-}
-
-nlohmann::json jsonOf(const Report &report) {
-    return nlohmann::json::parse(render(report, Format::json, false));
 }
 
 } // namespace

@@ -20,9 +20,9 @@ public:
 /// The exit codes of the program, beside 0.
 constexpr int kFailedExit = 1;
 constexpr int kUsageExit = 2;
-constexpr int kLockBusyExit = 3; ///< the zoning lock was not to be had, or was lost
+constexpr int kLockBusyExit = 3; ///< the zoning lock or admin mode was not to be had, or was lost
 constexpr int kLimitExit = 4;    ///< a zoning limit of the switch is reached
-constexpr int kRejectedExit = 5; ///< the switch rejected a zoning commit
+constexpr int kRejectedExit = 5; ///< the switch rejected a zoning commit, or work on its configuration
 
 /// A failure that a script may want to tell from others.
 class Stopped : public Failure {

@@ -38,10 +38,18 @@ std::string factsTable(const std::vector<Fact> &facts, bool colour) {
     for (const Fact &fact : facts)
         width = std::max(width, fact.label != nullptr ? std::string(fact.label).size() : 0);
     std::string out;
-    for (const Fact &fact : facts)
+    for (const Fact &fact : facts) {
+        if (fact.heading != nullptr)
+            out += (out.empty() ? "" : "\n") + painted(fact.heading, Tone::accent, colour) + '\n';
         if (fact.label != nullptr)
             out += fact.label + pad(fact.label, width + kGap) + painted(fact.cell.text, fact.cell.tone, colour) + '\n';
+    }
     return out;
+}
+
+bool isForPeople(const Listing &listing) {
+    return std::any_of(listing.columns.begin(), listing.columns.end(),
+                       [](const Column &column) { return column.title != nullptr; });
 }
 
 /// The titles and rows that people see: without the columns that have no title.
@@ -103,7 +111,8 @@ std::string listingTable(const Listing &listing, bool colour) {
 std::string table(const Report &report, bool colour) {
     std::string out = factsTable(report.facts, colour);
     for (const Listing &listing : report.listings)
-        out += (out.empty() ? "" : "\n") + listingTable(listing, colour);
+        if (isForPeople(listing))
+            out += (out.empty() ? "" : "\n") + listingTable(listing, colour);
     if (!out.empty() && !report.notes.empty())
         out += '\n';
     for (const std::string &note : report.notes)

@@ -34,11 +34,12 @@ struct Fact {
     const char *key = nullptr;
     const char *label = nullptr; ///< null: for programs and scripts only
     Cell cell;
+    const char *heading = nullptr; ///< above it, for people only; null: it belongs to the fact before it
 };
 
 struct Column {
     const char *key;
-    const char *title; ///< null: for programs and scripts only
+    const char *title; ///< null: for programs and scripts only; so is a listing without any title
 };
 
 struct Listing {

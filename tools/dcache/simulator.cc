@@ -51,6 +51,10 @@ SimulatorHold makeSimulator(const std::string &profile, const char *factory) {
     return simulator;
 }
 
+bool isSimulated(const char *factory) {
+    return dlsym(RTLD_DEFAULT, factory) != nullptr;
+}
+
 long simulatedSeconds() {
     const std::lock_guard<std::mutex> lock(driven().mutex);
     return driven().simulator != nullptr ? driven().simulator->uptime() - driven().uptimeAtFirst : 0;

@@ -23,6 +23,9 @@ using SimulatorHold = std::unique_ptr<sim::Simulator, SimulatorRemover>;
 /// an unknown one; Failure when the switch library exports no such factory, or is of another version than this tool.
 SimulatorHold makeSimulator(const std::string &profile, const char *factory = "zovsim_create");
 
+/// Whether the switch library is the simulated switch, so that whatever is done to it ends with this process.
+bool isSimulated(const char *factory = "zovsim_create");
+
 /// By how much the clock of the switch made last has gone on since it was made, in seconds; 0 when there is none. May be
 /// called from any thread.
 long simulatedSeconds();

@@ -6,9 +6,12 @@
 #ifndef TOOLS_DCACHE_COMMANDS_COMMANDS_H
 #define TOOLS_DCACHE_COMMANDS_COMMANDS_H
 
+#include <chrono>
 #include <optional>
 #include <string>
+#include <vector>
 
+#include "tools/dcache/config/edit.h"
 #include "tools/dcache/render.h"
 #include "tools/dcache/topology/text.h"
 
@@ -107,6 +110,36 @@ Report runZoning(const ZoningRun &run);
 
 /// What the help says beneath the options of the verbs above: the language of the scripts, the exit codes, examples.
 const char *zoningHelp();
+
+/// The switch's settings and its product description, read now; the cache is not loaded for it.
+/// Keys: those of the settings (settings.h), each a boolean, number or text as the switch has it, null for one that it
+/// does not have or does not tell; productDescription (likewise); snmpReadCommunitySet (boolean, or null) and, only
+/// with `secrets`, snmpReadCommunity. Throws Failure when the switch tells none of them.
+Report showSettings(bool secrets);
+
+/// The configuration kept on the switch, brought back from there, and edited. Passwords and communities are masked unless
+/// `secrets` are to be shown.
+/// Keys of a backup: kept (true). Of a restoration: restored (true), changes (array of objects with setting, before and
+/// now, of the settings as showSettings() has them). Of an edit: saved (true), changes (array of objects with key, before
+/// and now, texts; null is what the switch does not tell; of a secret whether it is set), one for each edit.
+///
+/// Throws Stopped when another client holds admin mode, or the switch refuses; Failure when nothing of it could be
+/// tried. SIGINT and SIGTERM end them as they end runZoning().
+Report backUpConfiguration();
+Report restoreConfiguration(bool secrets);
+Report editConfiguration(const std::vector<ConfigEdit> &edits, bool secrets);
+
+/// Whether the cache can do its work, and why not.
+struct Diagnosis {
+    bool isHealthy = false;
+    Report report;
+};
+
+/// Starts the cache and looks at it, for `patience` at most: for the answer of the switch and the first load together.
+/// Keys: healthy (boolean), checks (array of objects with check, state ("good", "bad", "unknown" for one that could not
+/// be made, "info" for what is not judged) and detail), registrations (array of objects with code, name and result, 0 for
+/// a notification that the switch sends).
+Diagnosis examine(std::chrono::duration<double> patience);
 
 } // namespace dcache
 

@@ -1,17 +1,14 @@
 #include <algorithm>
 #include <array>
-#include <chrono>
 #include <cstdio>
 #include <fmt/format.h>
-#include <future>
-#include <thread>
 #include <unistd.h>
 
 #include "tools/dcache/cache.h"
 #include "tools/dcache/commands/commands.h"
 #include "tools/dcache/commands/facts.h"
 #include "tools/dcache/failure.h"
-#include "tools/dcache/interruption.h"
+#include "tools/dcache/interruptibly.h"
 #include "tools/dcache/words.h"
 #include "tools/dcache/zoning/difference.h"
 #include "tools/dcache/zoning/picture.h"
@@ -20,8 +17,6 @@
 
 namespace dcache {
 namespace {
-
-constexpr std::chrono::milliseconds kPatience{1500}; // for the lock to be given back after Ctrl-C
 
 void load() {
     loadOnce(DataCacheArea::zoning);
@@ -171,23 +166,6 @@ std::vector<ZoningChange> rehearse(const std::string &script, const Progress &pr
     _exit(kFailedExit); // a thread waits for the switch, and nothing could end it
 }
 
-/// On a thread of its own, so that a switch that does not answer keeps nobody from leaving.
-SessionResult runInterruptibly(ZoningSession &session) {
-    Interruption interruption(-1);
-    std::packaged_task<SessionResult()> task([&session] { return session.run(); });
-    std::future<SessionResult> result = task.get_future();
-    std::thread worker([&] {
-        task();
-        interruption.raise(0);
-    });
-    interruption.wait(std::nullopt);
-    session.stop();
-    if (result.wait_for(kPatience) != std::future_status::ready)
-        endAtOnce(session.isCommitting());
-    worker.join();
-    return result.get();
-}
-
 Report reportOn(const SessionResult &result) {
     Report report;
     report.facts = {{"edits", "edits", {result.edits, std::to_string(result.edits)}},
@@ -303,7 +281,9 @@ Report runZoning(const ZoningRun &run) {
     }
     ZoningSession session(readScript(run.script), run.holder, say);
     load();
-    return reportOn(runInterruptibly(session));
+    return reportOn(runInterruptibly<SessionResult>([&session] { return session.run(); },
+                                                    [&session] { session.stop(); },
+                                                    [&session] { endAtOnce(session.isCommitting()); }));
 }
 
 } // namespace dcache
