@@ -2,9 +2,9 @@
 # The lint stage: everything that can be said about the code without running it. All parts run, so that one run tells
 # everything; the exit status is 1 when any of them found something.
 #
-#   scripts/lint.sh [PART...]     parts: format includes words tests symbols readme shell cppcheck tidy tidy_tests
+#   scripts/lint.sh [PART...]     parts: format includes words tests symbols abi readme docs shell cppcheck tidy tidy_tests
 #
-# Needs build/dev configured (compile database), and its libraries built for `symbols` and `readme`.
+# Needs build/dev configured (compile database), and its libraries built for `symbols`, `abi`, `readme` and `docs`.
 set -euo pipefail
 top=$(cd "$(dirname "$0")/.." && pwd)
 # shellcheck source=scripts/common.sh
@@ -26,9 +26,11 @@ part_includes() { $gates/includes.sh; }
 part_words() { $gates/words.sh; }
 part_tests() { $gates/tests.sh $database; }
 part_symbols() { $gates/symbols.sh $build; }
+part_abi() { $gates/abi.sh $build; }
 part_readme() { $gates/readme.sh $build; }
+part_docs() { $gates/docs.sh $build; }
 # The tests' share takes longer than a change should wait: it is not among the parts that run by default.
-part_tidy() { scripts/tidy.sh $build '*.cc' ':!tests'; }
+part_tidy() { scripts/tidy.sh $build '*.cc' ':!tests' ':!examples'; } # examples are no part of this build
 # The tests share precompiled headers, which are another compiler's to clang.
 part_tidy_tests() {
     mkdir -p build/lint/plain
@@ -55,7 +57,7 @@ part_cppcheck() {
 }
 
 parts=("$@")
-[ ${#parts[@]} -gt 0 ] || parts=(format includes words tests symbols readme shell cppcheck tidy)
+[ ${#parts[@]} -gt 0 ] || parts=(format includes words tests symbols abi readme docs shell cppcheck tidy)
 failed=()
 for part in "${parts[@]}"; do
     printf '\n==> lint: %s\n' "$part"

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Installs the Debian packages that a purpose needs and that are missing; when there are none it is done at once.
 #
-#   scripts/packages.sh PURPOSE...    purposes: run native asan tsan ppc32 lint
+#   scripts/packages.sh PURPOSE...    purposes: run native asan tsan ppc32 lint debian
 #   scripts/packages.sh --list        the table
 set -euo pipefail
 top=$(cd "$(dirname "$0")/.." && pwd)
@@ -20,14 +20,21 @@ nlohmann-json3-dev      | all                | JSON output of dcache
 libgtest-dev            | native asan tsan lint | the tests
 libgmock-dev            | native asan tsan lint | the tests
 g++-powerpc-linux-gnu   | ppc32              | compiler for 32-bit PowerPC
+make                    | native             | the example provider, the way of pkg-config
+pkgconf                 | native             | the same
 googletest              | ppc32              | source of GoogleTest, built for PowerPC
 qemu-user               | ppc32              | runs the PowerPC tests
-git                     | lint               | the list of files to look at
+git                     | lint debian        | the list of files to look at
 binutils                | lint               | nm, for the symbols of the libraries
+abigail-tools           | lint               | compares the binary interface of the library
 clang-format            | lint               | layout of the code
 clang-tidy              | lint               | static analysis
 cppcheck                | lint               | static analysis
 shellcheck              | lint               | analysis of the scripts
+debhelper               | debian             | builds the Debian packages
+dpkg-dev                | debian             | the same
+fakeroot                | debian             | builds them without being root
+lintian                 | debian             | looks for mistakes in them
 '
 
 # rows PURPOSE...: "package<TAB>what for" for each package that one of the purposes needs
@@ -51,7 +58,7 @@ fi
 
 for purpose in "$@"; do
     case $purpose in
-    run | native | asan | tsan | ppc32 | lint) ;;
+    run | native | asan | tsan | ppc32 | lint | debian) ;;
     *) die "packages.sh: there is no purpose '$purpose'" ;;
     esac
 done

@@ -53,6 +53,12 @@ first_start() {
     [ $status -eq 2 ]
 }
 
+# What others link with, built against an installed tree.
+installed() {
+    step "the example provider against what build/$1 installs"
+    scripts/gates/install.sh "build/$1"
+}
+
 export DATACACHE_SEEDS=$slow_seeds
 case $1 in
 quick)
@@ -62,15 +68,27 @@ quick)
 native)
     build dev
     DATACACHE_SEEDS=$native_seeds tests dev
+    installed dev
     first_start
     ;;
 lint)
     build dev datacache zovlib
     scripts/lint.sh
     ;;
-asan | ppc32)
-    build "$1"
-    tests "$1"
+asan)
+    build asan
+    tests asan
+    ;;
+ppc32)
+    build ppc32
+    tests ppc32
+    step "the exported symbols of build/ppc32"
+    scripts/gates/symbols.sh build/ppc32
+    installed ppc32
+    ;;
+debian)
+    step "the Debian packages"
+    scripts/debian.sh
     ;;
 tsan)
     with_fixed_addresses

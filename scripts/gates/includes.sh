@@ -18,6 +18,8 @@ sim: platform
 tools: datacache zoning swlib foundation common platform sim
 bench: datacache zoning swlib foundation common platform sim tools
 tests: datacache zoning swlib foundation common platform sim tools
+examples: datacache zoning swlib foundation common platform
+docs: datacache zoning swlib foundation common platform sim tests
 '
 
 cd "$top"

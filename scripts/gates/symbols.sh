@@ -2,14 +2,21 @@
 # What the libraries take from others and what they show:
 #   1. only the object files of the table speak to the switch library;
 #   2. libdatacache.so takes nothing but the switch library, the host and the standard libraries, and loads no other;
-#   3. libdatacache.so exports its interface, libzovlib.so the switch library's and its control interface.
+#   3. what the libraries export is what abi/LIBRARY.symbols lists, the same on every machine.
 #
 #   scripts/gates/symbols.sh BUILD-DIRECTORY
+#   scripts/gates/symbols.sh --accept [BUILD-DIRECTORY]    takes what they export now as what they should (abi.sh calls it)
 set -euo pipefail
 top=$(cd "$(dirname "$0")/../.." && pwd)
 # shellcheck source=scripts/common.sh
 . "$top/scripts/common.sh"
 cd "$top"
+accept=
+if [ "${1:-}" = --accept ]; then
+    accept=yes
+    shift
+    set -- "${1:-build/dev}"
+fi
 build=${1:?the build directory}
 library=$build/lib/libdatacache.so
 simulator=$build/lib/libzovlib.so
@@ -25,10 +32,6 @@ for file in "$library" "$simulator"; do [ -e "$file" ] || die "$file is missing:
 may_call='^(swlib/.*|zoning/.*|datacache/DataCache|datacache/SmlEntries|datacache/refresh/zoning)\.cc$'
 # Standard libraries that may be loaded.
 may_load='^(libstdc\+\+\.so\.6|libm\.so\.6|libgcc_s\.so\.1|libc\.so\.6|ld(64)?(-linux.*)?\.so\.[0-9])$'
-# What clients may use (demangled names).
-library_exports='^((vtable|typeinfo|typeinfo name) for )?(DataCache|DataCacheEvent|DCEvent[A-Za-z]*|ZoningCache|MERO_Except|Wwn|FabricCache|SwitchCache|PortCache|Element<SwitchCache>|List<Element<SwitchCache>>)(::.*)?$|^(zov_sml[A-Za-z]*|isErrors|get_(first|next)_(lsdb_record|attached_port)|get_lsdb_record_link_[a-z_]+|get_Active_ZoneSet|ZOV_WWNToStr|byteToStr|formatMemberId|ZoneMemberToString|toUpper|get_Switch_[A-Za-z0-9_]+|is_Switch_[A-Za-z_]+|get_(Principal|Local)_Switch_World_Wide_Name|get_Product_Info|(req|release)AdminMode|(get|save|cancel)ConfigEdit(Mode)?|(backup|restore)Config|hSwitch|cim_log|DataCacheLogger)$|^(booltostr)\('
-simulator_exports='^(zov_|zovsim_)[A-Za-z]*$'
-
 # names HEADER...: the functions that C headers declare
 names() {
     sed -e 's|//.*||' "$@" | grep -oE '\b[A-Za-z_][A-Za-z0-9_]* *\(' | tr -d ' (' | sort -u
@@ -53,13 +56,21 @@ while IFS= read -r needed; do
     [[ $needed =~ $may_load ]] || complain "$library: loads $needed"
 done < <(readelf --dynamic --wide "$library" | sed -n 's/.*(NEEDED).*\[\(.*\)\]/\1/p')
 
-# 3. what the libraries show. Weak symbols of the standard library's templates are in every C++ library.
+# 3. what the libraries show
 shown() {
-    nm --dynamic --defined-only --demangle "$1" | sed -E 's/^[0-9a-f]* *//' |
-        awk '{ kind = $1; sub(/^[^ ]+ /, ""); sub(/@@?.*/, ""); if (kind ~ /[WVu]/ && / (std|__gnu_cxx)::|^(std|__gnu_cxx)::/) next; print }' | sort -u
+    nm --dynamic --defined-only --demangle "$1" | sed -E 's/^[0-9a-f]* *[A-Za-z] //; s/@@?.*//
+        s/std::__cxx11::basic_string<char, std::char_traits<char>, std::allocator<char> >/std::string/g
+        s/std::vector<([^<>,]*), std::allocator<\1> >/std::vector<\1>/g' | sort -u
 }
-extra=$(shown "$library" | grep -vE "$library_exports" || true)
-[ -z "$extra" ] || complain "$library: exports what no client may use:"$'\n'"$extra"
-extra=$(nm --dynamic --defined-only --format=posix "$simulator" | awk '{ print $1 }' | grep -vE "$simulator_exports" || true)
-[ -z "$extra" ] || complain "$simulator: exports more than the switch library and its control interface:"$'\n'"$(c++filt <<<"$extra")"
+for file in "$library" "$simulator"; do
+    list=abi/$(basename "$file" .so).symbols
+    if [ -n "$accept" ]; then
+        shown "$file" >"$list"
+    elif ! changes=$(diff "$list" <(shown "$file")); then
+        complain "$file: exports other symbols than $list lists (> new, < gone):"
+        grep '^[<>]' <<<"$changes" | sed 's/^/    /'
+        complain "  A client that uses what is gone no longer loads; what is new has to stay. If that is meant:"
+        complain "    scripts/gates/abi.sh --accept $build      and commit abi/"
+    fi
+done
 exit $bad
