@@ -92,33 +92,14 @@ private:
     std::size_t _length = 0;
 };
 
-/// The day and time of the last line. Lines of the same second share it, so a conversion that fails, or a change of
-/// time zone, is seen from the next second on.
-struct SecondText {
-    time_t second;
-    int length; // -1: not made yet; 0: the time could not be converted
-    std::array<char, 32> text;
-};
-
-SecondText second_text = {0, -1, {}};
-
-void convertSecond(time_t second) {
-    if (second_text.length >= 0 && second_text.second == second)
-        return;
-    second_text.second = second;
-    const struct tm *local = localtime(&second); // NOLINT(concurrency-mt-unsafe): under log_mutex, and read at once
-    second_text.length =
-        local == nullptr
-            ? 0
-            : static_cast<int>(strftime(second_text.text.data(), second_text.text.size(), "%m/%d %H:%M:%S", local));
-}
-
+/// The time is converted for every line, so that a change of time zone, or a conversion that fails, is seen at once.
 void startLine(Line &line) {
     struct timeval now = {};
     gettimeofday(&now, nullptr);
-    convertSecond(now.tv_sec);
-    if (second_text.length > 0) {
-        line.advance(snprintf(line.place(), line.room(), "%s", second_text.text.data()));
+    const time_t second = now.tv_sec;
+    const struct tm *local = localtime(&second); // NOLINT(concurrency-mt-unsafe): under log_mutex, and read at once
+    if (local != nullptr) {
+        line.advance(static_cast<int>(strftime(line.place(), line.room(), "%m/%d %H:%M:%S", local)));
         line.advance(snprintf(line.place(), line.room(), ".%.03ld ", static_cast<long>(now.tv_usec) / 1000));
     }
     line.advance(snprintf(line.place(), line.room(), "%d/%d ", static_cast<int>(getpid()),

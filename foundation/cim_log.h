@@ -1,10 +1,11 @@
 /*
  * The diagnostic log: one process-wide facility that appends time-stamped lines to two text files.
  *
- *   /tmp/cim.out       every line; moved to /tmp/cim.out.1 (newest) ... .5 (oldest) after 1000 lines
+ *   /tmp/cim.out       every line; moved to /tmp/cim.out.1 (newest) ... .5 (oldest) by the line after the 1000th, which
+ *                      is the first of the new file; from then on by every 1001st line
  *   /tmp/cim.crit.out  the critical lines since the last rotation; emptied by every rotation
  *
- * Both are emptied when a process logs its first line, and have mode 0666 whatever the process umask is.
+ * Both are emptied when a process logs its first line, and are created with mode 0666 whatever the process umask is.
  * A line is "month/day hour:minute:second.milliseconds pid/tid " followed by the caller's message. Nothing is
  * added after the message: end the format in "\n". A line longer than 2055 bytes is cut there and then
  * has no newline.
@@ -12,7 +13,8 @@
  * Thread-safety: any thread may call at any time, but not from a signal handler. Lines never interleave and stand
  * in the files in the order of their time stamps. A line has left the process when the call returns.
  *
- * Errors: none is reported; a line that cannot be written is lost. errno stays as the caller had it.
+ * Errors: the caller is told of none; a line that cannot be written is lost. A file that programs started by this
+ * process would inherit is told to the system log. errno stays as the caller had it.
  *
  * Serves C and C++.
  */

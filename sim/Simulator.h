@@ -274,17 +274,14 @@ public:
 
     // ---- the switch's state, by the key under which clients read it ----------------------------------
     //
-    // Clients configure the switch in admin mode: they open an edit, set keys of the configuration, and save or cancel
-    // it. A value that cannot be, and a key that cannot be set, are refused when they are set; the edit goes on without
-    // them. "Cmd.Switch.BackupConfig" keeps what the whole configuration is at the time, with all ports, whatever is
-    // being edited or waits to be activated; the next one replaces it. "Cmd.Switch.RestoreConfig" makes it the running
-    // configuration again, with the notifications that a saved edit would send, in the order of the tree. Ports that the
-    // switch has no longer, and what it does not support any more, are passed over. It is refused with status 30 when
-    // nothing was backed up, and with status 14 while an edit is open; what waits to be activated goes on waiting.
+    // Clients configure the switch in an edit, in admin mode; what they may not set is refused when it is set, and the edit
+    // goes on without it. "Cmd.Switch.BackupConfig" keeps the running configuration, the next one replaces it;
+    // "Cmd.Switch.RestoreConfig" makes it the running one again, with the notifications of a saved edit in the order of
+    // the tree, but for what the switch has or supports no longer. Restoring is refused with status 30 when nothing was
+    // backed up, and with status 14 while an edit is open; a saved edit goes on waiting to be activated.
     //
     // The management port has an address of an IP version only while the switch has the version's feature and the
-    // version is enabled; the key's value is empty otherwise. An address that is set meanwhile shows as soon as there is
-    // one. That it comes or goes is announced as a change of it, by code 68 or 69.
+    // version is enabled. One that is set meanwhile shows later, and its coming and going is announced by code 68 or 69.
 
     /// Sets an attribute as the switch itself would change it: no admin mode is needed, and state that
     /// clients can only read can be set too. With Notify::yes the notification that belongs to the

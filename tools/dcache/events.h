@@ -28,7 +28,7 @@ struct Surroundings {
 /// One field of an event: its name as declared and its value; world-wide names in colon form, status lists as
 /// arrays of numbers.
 struct Field {
-    const char *name;
+    const char *name = nullptr;
     Value value;
 };
 

@@ -2,6 +2,7 @@
 
 #include <csignal>
 #include <memory>
+#include <type_traits>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -33,6 +34,9 @@ std::vector<int> Item::gone;
 
 using Node = Element<Item>;
 using Items = List<Node>;
+
+static_assert(std::has_virtual_destructor_v<Node>);
+static_assert(!std::is_polymorphic_v<Items>);
 
 /// The numbers of a list's items, first to last; walking back must give the same.
 std::vector<int> numbers(const Items &list) {
@@ -147,6 +151,39 @@ TEST_F(ListTest, RemovingWhatIsNotLinkedChangesNothing) {
     EXPECT_THAT(numbers(list), ElementsAre(1));
 }
 
+TEST_F(ListTest, LinkingNextToWhatIsNotLinkedChangesNothing) {
+    Items list;
+    list.add(node(1));
+    Node stray(new Item(2));
+    Node element(new Item(3));
+    for (Node *reference : {&stray, &element, static_cast<Node *>(nullptr)}) {
+        list.insert_before(&element, reference);
+        list.insert_after(&element, reference);
+    }
+    list.insert_before(nullptr, list.get_first());
+    list.insert_after(nullptr, list.get_first());
+    EXPECT_THAT(numbers(list), ElementsAre(1));
+    EXPECT_EQ(element.get_next(), nullptr);
+    EXPECT_EQ(element.get_prev(), nullptr);
+    EXPECT_EQ(stray.get_next(), nullptr);
+    EXPECT_EQ(stray.get_prev(), nullptr);
+}
+
+TEST_F(ListTest, LinkingWhatIsLinkedChangesNothing) {
+    Items list;
+    Items other;
+    Node *element = node(1);
+    list.add(element);
+    list.add(node(2));
+    other.add(node(3));
+    list.add(element);
+    list.add_head(list.get_last());
+    other.add(element);
+    other.insert_after(element, other.get_first());
+    EXPECT_THAT(numbers(list), ElementsAre(1, 2));
+    EXPECT_THAT(numbers(other), ElementsAre(3));
+}
+
 TEST_F(ListTest, AnElementIsFoundAndRemovedByItsNumber) {
     Items list;
     Node *a = node(1);
@@ -159,6 +196,26 @@ TEST_F(ListTest, AnElementIsFoundAndRemovedByItsNumber) {
     EXPECT_EQ(list.remove(b->id()), nullptr);
     EXPECT_THAT(numbers(list), ElementsAre(1));
     delete b;
+}
+
+/// An item of one test's own, so that the counter of its elements starts afresh.
+struct Repeated {};
+
+TEST_F(ListTest, OfTwoElementsWithOneNumberTheFirstIsFound) {
+    using Fresh = Element<Repeated>;
+    List<Fresh> list;
+    auto *first = new Fresh(nullptr);
+    list.add(first);
+    for (unsigned allocation = 2; allocation <= 65534; ++allocation)
+        Fresh(nullptr, false);
+    auto *second = new Fresh(nullptr);
+    list.add(second);
+    ASSERT_EQ(first->id(), second->id());
+    EXPECT_EQ(list.find(first->id()), first);
+    EXPECT_EQ(list.remove(first->id()), first);
+    EXPECT_EQ(list.find(second->id()), second);
+    EXPECT_EQ(list.size(), 1U);
+    delete first;
 }
 
 TEST_F(ListTest, TheSentinelsAreNotFoundByTheirNumbers) {
@@ -264,8 +321,12 @@ TEST_F(ListTest, NumbersBeginAtTwoAndComeAgainAfterTheLargest) {
 TEST_F(ListTest, SentinelsTakeNoNumber) {
     struct Other {};
     using Fresh = Element<Other>;
-    const Fresh sentinel(1);
+    Fresh sentinel(1);
     EXPECT_EQ(sentinel.id(), 1U);
+    EXPECT_EQ(sentinel.item(), nullptr);
+    EXPECT_TRUE(sentinel.delete_item());
+    EXPECT_EQ(sentinel.get_next(), nullptr);
+    EXPECT_EQ(sentinel.get_prev(), nullptr);
     EXPECT_EQ(Fresh(nullptr, false).id(), 2U);
 }
 
@@ -279,7 +340,7 @@ TEST_F(ListDeathTest, DestroyingALinkedElementEndsTheProcess) {
         delete element;
     };
     EXPECT_EXIT(destroy(), testing::KilledBySignal(SIGABRT),
-                "common/include/list_t: Element<Item>::~Element\\(\\) \\[with Item = SwitchCache\\]: "
+                "common/include/list_t:[0-9]+: Element<Item>::~Element\\(\\) \\[with Item = SwitchCache\\]: "
                 "Assertion `0' failed\\.");
 }
 
