@@ -2,7 +2,7 @@
 # The lint stage: everything that can be said about the code without running it. All parts run, so that one run tells
 # everything; the exit status is 1 when any of them found something.
 #
-#   scripts/lint.sh [PART...]     parts: format includes words tests symbols abi readme docs shell cppcheck tidy tidy_tests
+#   scripts/lint.sh [PART...]     parts: format includes words tests symbols abi readme docs shell cppcheck tidy tidy_rest
 #
 # Needs build/dev configured (compile database), and its libraries built for `symbols`, `abi`, `readme` and `docs`.
 set -euo pipefail
@@ -29,10 +29,17 @@ part_symbols() { $gates/symbols.sh $build; }
 part_abi() { $gates/abi.sh $build; }
 part_readme() { $gates/readme.sh $build; }
 part_docs() { $gates/docs.sh $build; }
-# The tests' share takes longer than a change should wait: it is not among the parts that run by default.
-part_tidy() { scripts/tidy.sh $build '*.cc' ':!tests' ':!examples'; } # examples are no part of this build
+# Examples are no part of this build. The tests' share, and the tool's with all checks, take longer than a change should
+# wait: they are not among the parts that run by default.
+part_tidy() {
+    local status=0
+    scripts/tidy.sh $build '*.cc' ':!tests' ':!examples' ':!tools' || status=1
+    scripts/tidy.sh --quick $build 'tools/*.cc' || status=1
+    return $status
+}
 # The tests share precompiled headers, which are another compiler's to clang.
-part_tidy_tests() {
+part_tidy_rest() {
+    scripts/tidy.sh $build 'tools/*.cc' || return 1
     mkdir -p build/lint/plain
     sed -E 's# -Winvalid-pch -include [^ "]*/cmake_pch\.hxx##' $build/compile_commands.json >build/lint/plain/compile_commands.json
     scripts/tidy.sh build/lint/plain 'tests/*.cc'

@@ -96,8 +96,8 @@ tsan)
     tests tsan
     ;;
 repeat)
-    step "clang-tidy of the tests"
-    scripts/lint.sh tidy_tests
+    step "clang-tidy of the tests, and of the tool with all checks"
+    scripts/lint.sh tidy_rest
     # What comes out once in a while only: races, and tests that need another's leavings.
     with_fixed_addresses
     for preset in tsan asan; do
