@@ -60,7 +60,7 @@ if(DATACACHE_SIMULATOR)
           LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT zovlib
           INCLUDES DESTINATION ${DATACACHE_INCLUDEDIR})
   install(EXPORT zovlibTargets NAMESPACE datacache:: DESTINATION ${DATACACHE_CMAKEDIR} COMPONENT zovlib)
-  headers_into_their_folders(zovlib sim/Simulator.h)
+  headers_into_their_folders(zovlib sim/Simulator.h sim/Record.h)
 endif()
 
 # ---- tool -------------------------------------------------------------------------------------------------
