@@ -52,7 +52,7 @@ needs_configure() {
         ! grep -qxF "CMAKE_HOME_DIRECTORY:INTERNAL=$top" "$dir/CMakeCache.txt"
 }
 
-# configure_preset PRESET
+# configure_preset PRESET [cmake's arguments...]
 configure_preset() {
-    cmake --fresh --preset "$1" && touch "$top/build/$1/.configured"
+    cmake --fresh --preset "$@" && touch "$top/build/$1/.configured"
 }
