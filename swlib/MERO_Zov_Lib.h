@@ -86,7 +86,10 @@ DATACACHE_EXPORT int32_t zov_smlSetV(zov_handle_t handle, const char *value, con
 
 /* Takes admin mode, opens an edit of the configuration, sets the messages in one exchange, saves and activates; a
    failure on the way cancels the edit. Admin mode is given back in any case. 0, or the first failure, which a
-   failed cancel and a failed release of admin mode outrank, in this order. Logs nothing. */
+   failed cancel and a failed release of admin mode outrank, in this order. Logs nothing.
+
+   Of the exchange its own result counts: a key that the switch refuses may leave it 0, and then the others are saved. Ask
+   isErrors(), or look at each status; set the statuses to 0 before. */
 DATACACHE_EXPORT int32_t zov_smlBatchSet(zov_handle_t handle, SmlMessage *messages, int32_t count);
 
 /* The same for the CIM configuration, which needs no activation. */

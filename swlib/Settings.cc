@@ -1,5 +1,7 @@
 // The switch's settings, one key a call, and what the product is.
+#include <cstddef>
 #include <cstdint>
+#include <cstdlib>
 #include <cstring>
 
 #include "foundation/cim_log.h"
@@ -42,7 +44,11 @@ char *read(const Setting &setting) {
 
 /// A copy that zov_libFreeMemory() takes; null without memory, and of null.
 char *duplicate(const char *text) {
-    return text != nullptr ? strdup(text) : nullptr;
+    if (text == nullptr)
+        return nullptr;
+    const std::size_t size = std::strlen(text) + 1;
+    void *copy = std::malloc(size);
+    return copy != nullptr ? static_cast<char *>(std::memcpy(copy, text, size)) : nullptr;
 }
 
 /// Releases a text and forgets it.

@@ -123,7 +123,8 @@ public:
     /// includes an alias name that is not valid. An edit that fails part of the way leaves what it has done.
     ///
     /// Until the database has been loaded there is no zone or alias to find, and none can be created. While the switch
-    /// has not told its limits they are all 0: what they would allow is refused with 4.
+    /// has not told its limits they are all 0: a member, a zone in a zone set, and the first zone set, zone or alias is
+    /// refused with 4 then.
     ///
     /// Edits of an alias's members, removeMember(), addZoneToZoneset() and removeZoneFromZoneset() do not count anew:
     /// call updateZoningCounts() before asking memberLimitAtMax() after one of them.

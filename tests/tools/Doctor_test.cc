@@ -5,7 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "sim/Simulator.h"
+#include "tests/tools/LastingSwitch.h"
 #include "tests/tools/RunDcache.h"
 #include "tools/dcache/commands/commands.h"
 
@@ -15,7 +15,7 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 
 TEST(Doctor, ToldOfARefusedRegistrationAndAnAreaShowsBoth) {
-    sim::Simulator &device = *sim::create().release(); // the cache goes on working with it until the process ends
+    sim::Simulator &device = support::lastingSwitch(); // the cache goes on working with it until the process ends
     sim::Fault registration;
     registration.call = "zov_enRegisterForEventList";
     registration.key = "1";
@@ -37,7 +37,7 @@ TEST(Doctor, ToldOfARefusedRegistrationAndAnAreaShowsBoth) {
 }
 
 TEST(Doctor, DoesNotWaitLongerThanItWasTold) {
-    sim::Simulator &device = *sim::create().release();
+    sim::Simulator &device = support::lastingSwitch();
     sim::Fault fault;
     fault.call = "zov_IPConnect";
     fault.result = 9;

@@ -197,6 +197,26 @@ TEST(DoctorsLogs, AFileThatIsNotThereIsMade) {
     EXPECT_EQ(access(folder.path("log").c_str(), W_OK), 0);
 }
 
+TEST(DoctorsLogs, AFileThatIsMadeIsForEverybodyWhateverTheMask) {
+    const Folder folder;
+    const mode_t mask = umask(077);
+    EXPECT_EQ(examineLog(folder.path("log")).problem, "");
+    umask(mask);
+    struct stat facts = {};
+    ASSERT_EQ(stat(folder.path("log").c_str(), &facts), 0);
+    EXPECT_EQ(facts.st_mode & 0777U, 0666U);
+}
+
+TEST(DoctorsLogs, AFileThatIsThereKeepsItsMode) {
+    const Folder folder;
+    std::ofstream(folder.path("log")) << "a line\n";
+    ASSERT_EQ(chmod(folder.path("log").c_str(), 0600), 0);
+    EXPECT_EQ(examineLog(folder.path("log")).problem, "");
+    struct stat facts = {};
+    ASSERT_EQ(stat(folder.path("log").c_str(), &facts), 0);
+    EXPECT_EQ(facts.st_mode & 0777U, 0600U);
+}
+
 TEST(DoctorsLogs, WhatCannotBeAFileIsTold) {
     const Folder folder;
     EXPECT_EQ(examineLog(folder.path("no/log")).problem, "No such file or directory");

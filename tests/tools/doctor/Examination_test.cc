@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 #include <unistd.h>
 
-#include "sim/Simulator.h"
+#include "tests/tools/LastingSwitch.h"
 #include "tools/dcache/cache.h"
 
 using namespace dcache;
@@ -46,7 +46,7 @@ protected:
     }
 
     // Not destroyed: the cache goes on working with it until the process ends.
-    sim::Simulator *_switch = sim::create().release();
+    sim::Simulator *_switch = &support::lastingSwitch();
 };
 
 } // namespace

@@ -121,7 +121,12 @@ Listing registrationsOf(const Findings &findings) {
 
 LogFile examineLog(const std::string &path) {
     // Without O_NONBLOCK a pipe in its place would have this wait for a reader.
-    const int descriptor = open(path.c_str(), O_RDWR | O_CREAT | O_APPEND | O_CLOEXEC | O_NONBLOCK, kLogMode);
+    constexpr int flags = O_RDWR | O_CREAT | O_APPEND | O_CLOEXEC | O_NONBLOCK;
+    int descriptor = open(path.c_str(), flags | O_EXCL, kLogMode);
+    if (descriptor >= 0)
+        fchmod(descriptor, kLogMode); // as the log itself makes them, whatever mask the process has
+    else if (errno == EEXIST)
+        descriptor = open(path.c_str(), flags, kLogMode);
     if (descriptor < 0)
         return {path, std::generic_category().message(errno)};
     struct stat facts = {};
