@@ -34,7 +34,7 @@ with_fixed_addresses() {
 
 # Seeds of random changes that the scenarios try: the stages in which a switch lives slowly try fewer.
 native_seeds=200
-slow_seeds=20
+slow_seeds=8
 
 # What a newcomer types first. Every start must end well and show something.
 first_start() {

@@ -1,20 +1,13 @@
 #!/usr/bin/env bash
 # clang-tidy over the code of a build directory's compile database, two files at a time. The checks stand in .clang-tidy.
 #
-#   scripts/tidy.sh [--quick] BUILD-DIRECTORY FILE-PATTERN...     patterns as git's; ':!tests' is everything but the tests
-#
-# --quick leaves out the checks that take most of the time where large headers are included.
+#   scripts/tidy.sh BUILD-DIRECTORY FILE-PATTERN...     patterns as git's; ':!tests' is everything but the tests
 # A file that passed is looked at again when it, a header of this tree, its compile command or the checks have changed.
 set -euo pipefail
 top=$(cd "$(dirname "$0")/.." && pwd)
 # shellcheck source=scripts/common.sh
 . "$top/scripts/common.sh"
 cd "$top"
-quick=
-if [ "${1:-}" = --quick ]; then
-    quick="--checks=-clang-analyzer-*,-performance-unnecessary-value-param"
-    shift
-fi
 build=${1:?the build directory}
 shift
 stamps=build/lint/tidy
@@ -22,7 +15,7 @@ mkdir -p $stamps
 
 # What all files have in common.
 common=$(own_files '*.h' 'common/include/*' .clang-tidy '*/.clang-tidy' | xargs sha256sum)
-common+=$(clang-tidy --version)$quick
+common+=$(clang-tidy --version)
 
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
@@ -35,7 +28,7 @@ done < <(own_files "$@" | grep '\.cc$') >"$work/todo"
 
 # shellcheck disable=SC2016 # expanded by the inner shell
 xargs -r -a "$work/todo" -P 2 -L 1 sh -c '
-    if clang-tidy -p "$0" --quiet --warnings-as-errors="*" '"$quick"' "$3" >"$1/$2.out" 2>"$1/$2.err"; then
+    if clang-tidy -p "$0" --quiet --warnings-as-errors="*" "$3" >"$1/$2.out" 2>"$1/$2.err"; then
         : >"'"$stamps"'/$2"
     else
         cat "$1/$2.out" "$1/$2.err" >>"$1/findings"
