@@ -10,7 +10,7 @@ namespace scenario {
 
 namespace {
 
-constexpr unsigned kGroups = 10;
+constexpr unsigned kGroups = 8;
 
 unsigned seedCount() {
     constexpr unsigned seeds = 200;
