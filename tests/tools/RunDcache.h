@@ -46,7 +46,17 @@ inline void setVariable(const std::string &name, const std::string &value) {
     setenv(name.c_str(), value.c_str(), 1); // NOLINT(concurrency-mt-unsafe): see above
 }
 
-/// One run of the program, of the file DCACHE_PROGRAM, behind the words of DCACHE_EMULATOR (with blanks between; none on
+/// The directory of the test program.
+inline std::string ownDirectory() {
+    std::array<char, 4096> path = {};
+    const ssize_t length = readlink("/proc/self/exe", path.data(), path.size());
+    if (length <= 0)
+        throw std::runtime_error("no /proc/self/exe");
+    const std::string program(path.data(), static_cast<size_t>(length));
+    return program.substr(0, program.rfind('/'));
+}
+
+/// One run of the program, of the file DCACHE_PROGRAM seen from the test program's directory, behind the words of DCACHE_EMULATOR (with blanks between; none on
 /// the machine it was built for). A run that takes longer than a minute is killed.
 class DcacheRun {
 public:
@@ -132,7 +142,7 @@ private:
         dup2(err, STDERR_FILENO);
 
         std::vector<std::string> words = splitAt(DCACHE_EMULATOR, ' ');
-        words.emplace_back(DCACHE_PROGRAM);
+        words.push_back(ownDirectory() + "/" + DCACHE_PROGRAM);
         words.insert(words.end(), arguments.begin(), arguments.end());
         std::vector<char *> pointers;
         pointers.reserve(words.size() + 1);
