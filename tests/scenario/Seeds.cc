@@ -10,7 +10,7 @@ namespace scenario {
 
 namespace {
 
-constexpr unsigned kGroups = 8;
+constexpr unsigned kGroups = 8; // no more than a stage tries seeds: a group without one fails
 
 unsigned seedCount() {
     constexpr unsigned seeds = 200;

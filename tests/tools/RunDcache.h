@@ -56,8 +56,9 @@ inline std::string ownDirectory() {
     return program.substr(0, program.rfind('/'));
 }
 
-/// One run of the program, of the file DCACHE_PROGRAM seen from the test program's directory, behind the words of DCACHE_EMULATOR (with blanks between; none on
-/// the machine it was built for). A run that takes longer than a minute is killed.
+/// One run of the program, of the file DCACHE_PROGRAM seen from the test program's directory, behind the words of
+/// DCACHE_EMULATOR (with blanks between; none on the machine it was built for). A run that takes longer than a minute is
+/// killed.
 class DcacheRun {
 public:
     explicit DcacheRun(const Arguments &arguments, Stdout kind = Stdout::pipe, const Environment &environment = {}) {
