@@ -6,6 +6,7 @@
 #ifndef SIM_RECORD_H
 #define SIM_RECORD_H
 
+#include <chrono>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -26,12 +27,16 @@ struct Record {
     std::string arguments; ///< the arguments of calls that are not about keys, ready to read
     std::vector<Exchange> exchanges;
     int32_t result = 0;
+    std::string handedOut; ///< what a call about the zoning database handed out, ready to read
+    /// When the call came in, or the notification went out, by the switch's clock. No part of the line.
+    std::chrono::milliseconds time{0};
 
     /// The whole record as one line of text, without a newline:
     ///
     ///     zov_IPConnect(1, "localhost", "cim", "") = 0
     ///     zov_smlGetBatch(1) = 0: Oper.Switch.WWN="100000C0DD00A1B2", Oper.X="" status 5
     ///     zov_ZoneCreate("oak") = 7
+    ///     zov_fzsGetZonesetList(1) = 0 -> "north", "south"
     ///     notification(1, 33 [0:0:0] "Oper.Chassis.0.Fan.1 is now Bad")
     ///
     /// The connection comes first, unless there is none; a status only if it is not 0. Zoning objects are
@@ -76,6 +81,8 @@ inline std::string Record::line() const {
             out += " status " + std::to_string(exchange.status);
         separator = ", ";
     }
+    if (!handedOut.empty())
+        out += " -> " + handedOut;
     return out;
 }
 

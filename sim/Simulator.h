@@ -25,12 +25,15 @@
 #include <chrono>
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "platform/zovlib.h"
+#include "sim/Fault.h"
+#include "sim/Parts.h"
 #include "sim/Record.h"
 
 namespace sim {
@@ -38,161 +41,16 @@ namespace sim {
 /// Whether a change on the switch is announced by the notification that belongs to it.
 enum class Notify { yes, no };
 
-/// A rule of misbehaviour. It looks at every call made after it was added; the calls it applies to are
-/// those that match `call` and `key`, but for the first `skip` of them, `times` in all.
-///
-/// Several rules: the first one that applies wins. Rules with a status or a value win key by key, so that
-/// several of them may share the keys of one batch; any other rule wins the whole call, unless an earlier
-/// rule has won some of it. A rule that did not win is not used up.
-///
-/// The keys of zov_enRegisterForEventList are its codes in decimal. Calls without a connection are seen by
-/// the rules of the switch made last.
-struct Fault {
-    /// Name of the zov_ function; empty: every call.
-    std::string call;
-    /// Key pattern, '*' standing for any text; empty: calls match without regard to keys.
-    std::string key;
-    /// So many matches are left alone first,
-    unsigned skip = 0;
-    /// to so many it then applies; -1: to all.
-    int times = 1;
-    /// The call as a whole fails with this and does nothing, its out arguments untouched. A call that returns
-    /// a handle returns null, one that returns a count returns this as the count.
-    std::optional<int32_t> result;
-    /// Matching keys (all keys, with an empty pattern) answer this status instead of being served.
-    std::optional<int32_t> status;
-    /// Matching keys answer these bytes when they are read, at most 256; 256 bytes come without a terminator.
-    std::optional<std::string> value;
-    /// The call reports success and hands out no handle.
-    bool nullHandle = false;
-    /// The call takes this much longer.
-    std::chrono::milliseconds delay{0};
-    /// What happens just before the call is served, after the delay, on the caller's thread and with no lock of the
-    /// simulator held: it may do anything to the switch, and make calls itself. So a peer can leave in the middle of a
-    /// client's walk. It wins the whole call, as a delay does; the call is then served, unless the same rule says
-    /// otherwise. When it throws, the call fails with status 99 and is not recorded.
-    std::function<void()> action;
+/// How the switch's clock goes, and with it everything that takes time: slow answers, delays, late notifications.
+enum class Pace {
+    byHand,  ///< the uptime goes on with passTime() and slow answers only, which take no real time; delays do
+    running, ///< with real time, times a speed
+    paused,  ///< with passTime() only; who is to wait waits until it has gone so far
+    /// As fast as possible: with passTime(), slow answers and delays, none of which takes real time. Notifications
+    /// come on the thread of passTime() and waitUntilQuiet() and only there, those that are late at their time, so
+    /// that one thread can do everything, and the same again.
+    driven,
 };
-
-/// A transceiver that can be plugged into a port. Its texts are printing characters (blanks included), and
-/// are filled up with blanks to the length they have in the transceiver's memory.
-struct Transceiver {
-    /// What kind of module it says it is: 0x03 SFP, 0x0D QSFP+, 0x11 QSFP28, 0x00 it does not say. The bytes are
-    /// laid out as an SFP's whatever this is.
-    uint8_t identifier = 0x03;
-    uint32_t vendorOui = 0x009065;                 ///< IEEE company identifier, 24 bits
-    std::string vendorName = "FINISAR CORP.";      ///< at most 16 characters
-    std::string partNumber = "FTLF8528P3BCV";      ///< at most 16 characters
-    std::string serialNumber = "FNS0331A00000001"; ///< at most 16 characters
-    bool diagnostics = true;                       ///< digital diagnostics (DDM)
-    bool longWave = false;                         ///< 1310 nm on single mode in place of 850 nm on multimode
-};
-
-/// A blade that can be inserted into a slot; it comes up Online and Good.
-struct Blade {
-    std::string type = "IO";                 ///< IO, CPU, PS or FAN
-    std::string partNumber = "31-80016-02";  ///< at most 255 characters
-    std::string serialNumber = "0331B00001"; ///< likewise; a blade without a number counts as none for clients
-    unsigned temperatureSensors = 2;         ///< at most 255
-    unsigned voltageSensors = 4;             ///< likewise
-};
-
-/// How the fabric's management server answers for one switch of the fabric.
-struct TopologyService {
-    /// Seconds of uptime that pass before a client that reads "Oper.TopologyAll.DOMAIN.PortEntries" is answered.
-    unsigned seconds = 0;
-    /// False: it is refused then, with status 23, and so is every entry, at once.
-    bool answers = true;
-};
-
-/// Another switch, which the simulated one, called local, can have in its fabric.
-struct Peer {
-    std::string wwn;         ///< 16 hexadecimal digits, of no other switch
-    unsigned domain = 0;     ///< 1 to 239, of no other switch
-    unsigned priority = 128; ///< in the choice of the principal: 1, the highest, to 254
-    unsigned ports = 24;     ///< as the management server lists them, at most 256; numbered from 0
-    TopologyService topology;
-};
-
-/// An inter-switch link: a port of one switch and a port of another, the local one or a peer.
-struct Link {
-    std::string wwn;
-    unsigned port = 0;
-    std::string otherWwn;
-    unsigned otherPort = 0;
-};
-
-/// An entry of the fabric's name server: a device that is logged in at a port of a switch.
-struct NameServerEntry {
-    std::string switchWwn;
-    unsigned port = 0;
-    std::string nodeWwn; ///< of the device; 16 hexadecimal digits
-    std::string portWwn; ///< likewise; of no other entry
-};
-
-/// A member of a zone or an alias, by its type and its text: 16 hexadecimal digits for a port name, "domain:port" in
-/// decimal, 6 hexadecimal digits for an address, the name of an alias. What the switch hands out has capital digits.
-struct ZoneMember {
-    zov_fzs_zonemember_type_e type = ZOV_ZMT_PORTWWN;
-    std::string text;
-};
-
-struct Zone {
-    std::string name;
-    zov_fzs_zone_type_e type = ZOV_ZT_SOFT;
-    std::vector<ZoneMember> members;
-};
-
-struct ZoneAlias {
-    std::string name;
-    std::vector<ZoneMember> members; ///< no aliases
-};
-
-struct ZoneSet {
-    std::string name;
-    std::vector<std::string> zones; ///< names
-};
-
-/// A zoning database, everything in the order in which it was defined.
-struct ZoningDatabase {
-    std::vector<ZoneSet> zonesets;
-    std::vector<Zone> zones;
-    std::vector<ZoneAlias> aliases;
-};
-
-inline bool operator==(const ZoneMember &left, const ZoneMember &right) {
-    return left.type == right.type && left.text == right.text;
-}
-
-inline bool operator==(const Zone &left, const Zone &right) {
-    return left.name == right.name && left.type == right.type && left.members == right.members;
-}
-
-inline bool operator==(const ZoneAlias &left, const ZoneAlias &right) {
-    return left.name == right.name && left.members == right.members;
-}
-
-inline bool operator==(const ZoneSet &left, const ZoneSet &right) {
-    return left.name == right.name && left.zones == right.zones;
-}
-
-inline bool operator==(const ZoningDatabase &left, const ZoningDatabase &right) {
-    return left.zonesets == right.zonesets && left.zones == right.zones && left.aliases == right.aliases;
-}
-
-/// How many zoning objects of each kind are alive in the process: made by a client or fetched for one, and not
-/// destroyed.
-struct ZoningObjectCounts {
-    size_t zonesets = 0;
-    size_t zones = 0;
-    size_t aliases = 0;
-    size_t members = 0;
-};
-
-inline bool operator==(const ZoningObjectCounts &left, const ZoningObjectCounts &right) {
-    return left.zonesets == right.zonesets && left.zones == right.zones && left.aliases == right.aliases &&
-           left.members == right.members;
-}
 
 /// The holder of admin mode or of the fabric's zoning lock when it is a management client that is not one of the
 /// connections.
@@ -226,6 +84,10 @@ public:
     /// Every attribute the switch has, in the order of the tree. Reading it may still be answered with a status,
     /// as the key after the last account is.
     virtual std::vector<std::string> keys() const = 0;
+    /// The value that an attribute was given, also while it does not show: the address of an IP version that is off.
+    virtual std::string stored(const std::string &key) const = 0;
+    /// The profile that the switch was made from.
+    virtual std::string profile() const = 0;
 
     // ---- hands on the switch -------------------------------------------------------------------------
 
@@ -306,6 +168,8 @@ public:
     virtual std::vector<Peer> peers() const = 0;
     virtual std::vector<Link> links() const = 0;
     virtual std::vector<NameServerEntry> nameServer() const = 0;
+    /// The local switch's own priority.
+    virtual unsigned priority() const = 0;
 
     // ---- zoning --------------------------------------------------------------------------------------
     //
@@ -335,6 +199,7 @@ public:
     virtual void activateZoneset(const std::string &name, Notify notify = Notify::yes) = 0;
     /// From now on no edit goes beyond these; what is there already may.
     virtual void setZoningLimits(const zov_fzs_zoninglimits_s &limits) = 0;
+    virtual zov_fzs_zoninglimits_s zoningLimits() const = 0;
     /// The connection that holds the fabric's zoning lock, 0 for none, kOtherClient for another management client.
     virtual uint32_t zoningLockHolder() const = 0;
     /// Lets another management client take the lock (true) or give it back (false). It takes it even from a connection
@@ -352,11 +217,22 @@ public:
 
     // ---- time ----------------------------------------------------------------------------------------
 
-    /// Seconds since the switch was switched on: 3600 at first. The clock is a virtual one: it goes on with
-    /// passTime() and slow answers only. Who hosts the cache hands it out as the system's uptime.
+    /// Seconds since the switch was switched on: 3600 at first. Who hosts the cache hands it out as the system's
+    /// uptime.
     virtual long uptime() const = 0;
-    /// Refused for a time below 0.
-    virtual void passTime(std::chrono::seconds time) = 0;
+    /// The same to the millisecond.
+    virtual std::chrono::milliseconds clock() const = 0;
+    /// Moves the clock on at once, by whole seconds and what is left over. Refused for a time below 0. Of a driven clock
+    /// the notifications that fall due come meanwhile, each at its time; what their callbacks do may take the clock
+    /// further.
+    virtual void passTime(std::chrono::seconds time, std::chrono::milliseconds more = std::chrono::milliseconds(0)) = 0;
+    /// By hand at first. The speed is that of a running clock, above 0 and at most 1000000.
+    virtual void setPace(Pace pace, double speed = 1) = 0;
+    virtual Pace pace() const = 0;
+    virtual double speed() const = 0;
+    /// Waits until the clock shows this time, false if that took longer than `limit`; a driven one is moved on.
+    /// Whoever plays something at its times needs nothing else, at any pace.
+    virtual bool waitForUptime(std::chrono::milliseconds uptime, std::chrono::milliseconds limit) = 0;
 
     // ---- notifications -------------------------------------------------------------------------------
 
@@ -365,22 +241,39 @@ public:
     virtual void deliver(const zov_event_s &event) = 0;
     /// The same from its parts; a text of more than 1395 characters is cut.
     virtual void deliver(int32_t code, const std::array<int32_t, 3> &source, const std::string &text) = 0;
-    /// Waits until every notification sent so far has been taken by its callbacks; false if that took
-    /// longer than `limit`. Not to be called while holding what a callback waits for.
+    /// Waits until every notification sent so far has been taken by its callbacks, but for those that are late; false
+    /// if that took longer than `limit`. Not to be called while holding what a callback waits for. With a driven clock
+    /// it hands them out itself.
     virtual bool waitUntilQuiet(std::chrono::milliseconds limit = std::chrono::seconds(10)) = 0;
 
     // ---- misbehaviour --------------------------------------------------------------------------------
 
-    /// Adds a rule; the number it returns takes it away again. Earlier rules win.
+    /// Adds a rule; the number it returns takes it away again. Earlier rules win. Refused for one that contradicts
+    /// itself.
     virtual int addFault(const Fault &fault) = 0;
     virtual void removeFault(int number) = 0;
     virtual void clearFaults() = 0;
+    /// The rules by their numbers, as much of them as is left: what they have skipped, done, waited and drawn is gone,
+    /// so that adding them to another switch like this goes on where this one is.
+    virtual std::map<int, Fault> faults() const = 0;
+    /// A step of what is being played with the switch was taken: the rules that wait for it begin.
+    virtual void reachStep(const std::string &name) = 0;
+    /// Rules that are added from now on without a seed of their own draw from one that follows from this and their
+    /// number; 0 at first.
+    virtual void setSeed(uint64_t seed) = 0;
 
     // ---- recorder ------------------------------------------------------------------------------------
 
     /// Everything recorded since construction or the last clearRecords(), in order.
     virtual std::vector<Record> records() const = 0;
     virtual void clearRecords() = 0;
+    /// Whether records are kept, as they are at first. A switch that stays on for long does better without; sinks are
+    /// told in any case.
+    virtual void keepRecords(bool keep) = 0;
+    /// Tells `sink` of every record from now on, in order, as it is made; the number it returns ends that. A sink is
+    /// told on the thread of the call, or of the notification, and must use nothing of this interface.
+    virtual int addSink(std::function<void(const Record &)> sink) = 0;
+    virtual void removeSink(int number) = 0;
 
     // ---- who is on the switch ------------------------------------------------------------------------
 
@@ -395,10 +288,13 @@ public:
     /// are gone. Everything else stays: the configuration, what was saved, the backup, the clock, connections and their
     /// registrations. Sends nothing.
     virtual void restart() = 0;
+    /// Puts a switch that was made apart on the network: new connections to "localhost" reach it, until another switch
+    /// comes after it.
+    virtual void acceptConnections() = 0;
 };
 
 /// Number of the interface above; it changes whenever a member is added, removed or changed.
-constexpr int kInterfaceVersion = 4;
+constexpr int kInterfaceVersion = 5;
 
 } // namespace sim
 
@@ -414,9 +310,10 @@ constexpr int kInterfaceVersion = 4;
 ///     fabric-2       a box of 24 ports linked to one like it
 ///     fabric-12      a box of 24 ports at the edge of a fabric of 12: two linked cores, every edge on both
 ///     fabric-60      the same with 60 switches and four cores, every edge on two of them
+///     fabric-239     the same with 239 switches, as many as a fabric can have, and nine cores
 ///
 /// The first two thirds of the ports are Online, with a device logged in at each; the last sixth have empty cages. Only
-/// the last three switches have peers, linked to the ports from 16 on. In fabric-2 the local switch is the principal;
+/// the last four switches have peers, linked to the ports from 16 on. In fabric-2 the local switch is the principal;
 /// in the others, where the cores have 64 ports, it is the first core. The last edge of fabric-12 is named as Cisco's
 /// switches are.
 ///
@@ -424,11 +321,18 @@ constexpr int kInterfaceVersion = 4;
 /// std::invalid_argument for an unknown profile. The caller owns the result.
 extern "C" __attribute__((visibility("default"))) sim::Simulator *zovsim_create(const char *profile, int version);
 
+/// The same, but no connection reaches the switch before acceptConnections(): so it can be prepared, or serve to try
+/// something out.
+extern "C" __attribute__((visibility("default"))) sim::Simulator *zovsim_createApart(const char *profile, int version);
+
 namespace sim {
 
 /// The switch as tests and other programs linked with this library make it.
 inline std::unique_ptr<Simulator> create(const char *profile = "fixed-24") {
     return std::unique_ptr<Simulator>(zovsim_create(profile, kInterfaceVersion));
+}
+inline std::unique_ptr<Simulator> createApart(const char *profile = "fixed-24") {
+    return std::unique_ptr<Simulator>(zovsim_createApart(profile, kInterfaceVersion));
 }
 
 } // namespace sim

@@ -44,6 +44,8 @@ enum Status : int32_t {
     kLimitReached = 28,  ///< the zoning database is full in this respect
     kEditSpoilt = 29,    ///< something in the edit was refused, so it is not saved
     kNoBackup = 30,      ///< the configuration was never backed up
+    kNoConnection = 31,  ///< the process that serves the switch is gone, or went in the middle of the call
+    kNotRecorded = 40,   ///< the recording that stands in for the switch does not know
     kInternal = 99,      ///< the switch library failed in a way of its own
     kNotSupported = 103, ///< the attribute exists, but not on this switch as it is equipped
 };

@@ -4,6 +4,7 @@
  *     the boundary     no exception leaves the switch library
  *     the recorder     notes the call as it returned
  *     the levers       let time pass, do something to the switch, fail the call or some of its keys, or let it be
+ *     the script       answers what the levers left alone, where a recording stands in for the switch
  *     the switch       serves it
  *
  * Thread-safe.
@@ -11,6 +12,7 @@
 #ifndef SIM_API_CALL_H
 #define SIM_API_CALL_H
 
+#include <algorithm>
 #include <exception>
 #include <functional>
 #include <memory>
@@ -52,13 +54,19 @@ template <class Result, class Body> Result guarded(const Body &body) {
     }
 }
 
-/// One call, as far as it is known before it is served.
-struct Call {
-    const char *name;
-    zov_handle_t client = 0;
-    std::vector<std::string> keys = {};
-    bool reads = false; ///< its keys are read
-};
+/// What the script makes of what the levers left alone.
+inline void addScript(Endpoint &endpoint, const Call &call, Verdict &verdict) {
+    if (!endpoint.script || verdict.result || verdict.nullHandle)
+        return;
+    Verdict scripted = endpoint.script->answer(endpoint, call);
+    verdict.result = scripted.result;
+    verdict.nullHandle = scripted.nullHandle;
+    verdict.handedOut = std::move(scripted.handedOut);
+    verdict.keys.resize(std::max(verdict.keys.size(), scripted.keys.size()));
+    for (size_t i = 0; i < scripted.keys.size(); ++i)
+        if (!verdict.keys[i].applies)
+            verdict.keys[i] = std::move(scripted.keys[i]);
+}
 
 /// Takes a call to the switch and back.
 ///     serve(verdict)       serves it, minding what the levers say of its keys; returns its result
@@ -67,14 +75,20 @@ struct Call {
 template <class Result, class Serve, class HandOutNothing, class Describe>
 Result pass(Endpoint &endpoint, Call &call, const Serve &serve, const HandOutNothing &handOutNothing,
             const Describe &describe) {
-    endpoint.nameLists.expire();
-    const Verdict verdict = endpoint.faults.judge({call.name, call.keys, call.reads});
+    const std::chrono::milliseconds time =
+        endpoint.recorder.isOn() ? endpoint.clock.uptime() : std::chrono::milliseconds(0);
+    const zov_handle_t caller = call.client != 0 ? call.client : call.caller;
+    Verdict verdict = endpoint.faults.judge({call.name, call.keys, call.reads});
     if (verdict.delay.count() > 0)
-        endpoint.pause(verdict.delay);
+        endpoint.delay(verdict.delay, caller);
+    if (verdict.hang.count() > 0)
+        endpoint.hang(verdict.hang, caller);
     for (const std::function<void()> &action : verdict.actions)
-        action();
+        if (!endpoint.isOff()) // what it would do something to may be gone
+            action();
+    addScript(endpoint, call, verdict);
     Result result{};
-    if (call.client != 0 && endpoint.isOff())
+    if ((call.client != 0 && endpoint.isOff()) || endpoint.isGone(caller))
         result = failure<Result>(kBadHandle);
     else if (verdict.result)
         result = failure<Result>(*verdict.result);
@@ -87,9 +101,12 @@ Result pass(Endpoint &endpoint, Call &call, const Serve &serve, const HandOutNot
         record.client = call.client;
         record.call = call.name;
         record.result = recorded(result);
+        record.time = time;
         describe(record);
         endpoint.recorder.add(std::move(record));
     }
+    if (endpoint.script)
+        endpoint.script->answered(endpoint, call.client);
     return result;
 }
 

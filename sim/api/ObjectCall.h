@@ -13,6 +13,7 @@
 #include <string>
 
 #include "sim/api/Call.h"
+#include "sim/zoning/NameLists.h"
 #include "sim/zoning/Objects.h"
 
 namespace sim {
@@ -58,6 +59,7 @@ inline void checkUses(const char *call, Uses uses, const std::shared_ptr<Endpoin
 template <class Result, class Arguments, class Serve>
 Result onObjects(const char *name, Uses uses, const Arguments &arguments, const Serve &serve) {
     return guarded<Result>([&]() -> Result {
+        NameLists::instance().expire();
         const std::shared_ptr<Endpoint> endpoint = Registry::instance().newest();
         checkUses(name, uses, endpoint);
         if (!endpoint)

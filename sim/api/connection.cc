@@ -1,11 +1,11 @@
-// The C interface: connections, registration for notifications, memory.
+// A connection inside the process: how it is made, and registration for notifications.
 
-#include <cstdlib>
 #include <cstring>
 
 #include "sim/api/Call.h"
+#include "sim/api/LocalConnection.h"
 
-using namespace sim;
+namespace sim {
 
 namespace {
 
@@ -20,7 +20,9 @@ EventCodes takeCodes(zov_eventreg_s *list, int32_t count, const Verdict &verdict
         const auto index = static_cast<size_t>(i);
         zov_eventreg_s &entry = list[index];
         const bool faulty = index < verdict.keys.size() && verdict.keys[index].applies;
-        entry.result = faulty ? verdict.keys[index].status : isEventCode(entry.code) ? kOk : kBadEventCode;
+        entry.result = faulty                    ? verdict.keys[index].status.value_or(kOk)
+                       : isEventCode(entry.code) ? kOk
+                                                 : kBadEventCode;
         if (entry.result == kOk && !faulty)
             codes.set(static_cast<size_t>(entry.code));
     }
@@ -40,23 +42,24 @@ std::string shownCodes(const zov_eventreg_s *list, int32_t count, bool handled) 
 
 } // namespace
 
-extern "C" {
-
-int32_t zov_IPConnect(const char *host, const char *client, const char *text, zov_handle_t *handle) {
+int32_t connectTo(const std::shared_ptr<Endpoint> &endpoint, const char *host, const char *client, const char *text,
+                  zov_handle_t *handle, zov_handle_t caller) {
     return guarded<int32_t>([&] {
-        Registry &registry = Registry::instance();
-        const std::shared_ptr<Endpoint> endpoint = registry.newestOrBuiltIn();
         Call call{"zov_IPConnect"};
+        call.caller = caller;
+        call.arguments = shownAll(host, client, text);
         zov_handle_t connection = 0;
         const auto connect = [&](const Verdict &) -> int32_t {
             if (!host || !client || !text || !handle)
                 return kBadArgument;
             if (std::strcmp(host, "localhost") != 0)
                 return kNoSuchHost;
-            connection = registry.connect(endpoint);
+            connection = Registry::instance().connect(endpoint);
             if (connection == 0)
                 return kNoSuchHost;
             *handle = connection;
+            if (endpoint->script)
+                endpoint->script->connected(connection);
             return kOk;
         };
         const auto handOutNothing = [&] {
@@ -65,22 +68,21 @@ int32_t zov_IPConnect(const char *host, const char *client, const char *text, zo
         };
         return pass<int32_t>(*endpoint, call, connect, handOutNothing, [&](Record &record) {
             record.client = connection;
-            record.arguments = shownAll(host, client, text);
+            record.arguments = call.arguments;
         });
     });
 }
 
-int32_t zov_enRegisterForEventList(zov_handle_t handle, zov_eventcallback_t callback, void *context,
-                                   zov_eventreg_s *list, int32_t count) {
+int32_t LocalConnection::registerFor(zov_eventcallback_t callback, void *context, zov_eventreg_s *list, int32_t count) {
     return guarded<int32_t>([&] {
-        Call call{"zov_enRegisterForEventList", handle};
+        Call call{"zov_enRegisterForEventList", _handle};
         for (int32_t i = 0; list && i < count; ++i)
             call.keys.push_back(std::to_string(list[i].code));
         bool handled = false;
         const auto serve = [&](Endpoint &endpoint, const Verdict &verdict) -> int32_t {
             if (!callback || !list || count < 1)
                 return kBadArgument;
-            endpoint.notifier.registerClient(handle, callback, context, takeCodes(list, count, verdict));
+            endpoint.notifier.registerClient(_handle, callback, context, takeCodes(list, count, verdict));
             handled = true;
             return kOk;
         };
@@ -89,20 +91,4 @@ int32_t zov_enRegisterForEventList(zov_handle_t handle, zov_eventcallback_t call
     });
 }
 
-int32_t zov_libFreeMemory(void *memory) {
-    return guarded<int32_t>([&]() -> int32_t {
-        const auto release = [&]() -> int32_t {
-            std::free(memory);
-            return memory ? kOk : kBadArgument;
-        };
-        const std::shared_ptr<Endpoint> endpoint = Registry::instance().newest();
-        if (!endpoint)
-            return release();
-        Call call{"zov_libFreeMemory"};
-        return pass<int32_t>(
-            *endpoint, call, [&](const Verdict &) { return release(); }, nothing,
-            [&](Record &record) { record.arguments = memory ? "" : "null"; });
-    });
-}
-
-} // extern "C"
+} // namespace sim

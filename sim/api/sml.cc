@@ -1,12 +1,14 @@
-// The C interface: SML keys, one by one and in batches.
+// A connection inside the process: SML keys, one by one and in batches.
 
 #include <cstdlib>
 #include <cstring>
 
 #include "sim/api/Call.h"
+#include "sim/api/LocalConnection.h"
 #include "sim/core/Message.h"
+#include "sim/levers/Garbling.h"
 
-using namespace sim;
+namespace sim {
 
 namespace {
 
@@ -24,17 +26,44 @@ std::vector<std::string> keysOf(const SmlMessage *messages, int32_t count) {
     return keys;
 }
 
+std::vector<std::string> valuesOf(const SmlMessage *messages, int32_t count) {
+    std::vector<std::string> values;
+    for (int32_t i = 0; messages && i < count; ++i)
+        values.push_back(valueToSet(messages[i]));
+    return values;
+}
+
 /// What the levers say of one key; null when it is to be served.
 const KeyFault *faultOf(const Verdict &verdict, size_t index) {
     return index < verdict.keys.size() && verdict.keys[index].applies ? &verdict.keys[index] : nullptr;
 }
 
-int32_t readKey(Endpoint &endpoint, const Verdict &verdict, const std::string &key, std::string &value) {
-    if (const KeyFault *fault = faultOf(verdict, 0)) {
+/// Whether the switch is to serve a key of which the levers say this.
+bool isServed(const KeyFault *fault) {
+    return !fault || fault->distorts();
+}
+
+/// The value that a key was served with, as the levers will have it.
+std::string distorted(Endpoint &endpoint, const KeyFault &fault, const std::string &key, const std::string &value) {
+    return fault.stale ? endpoint.device.valueBefore(key, value)
+                       : garbled(value, *fault.garbling, sizeof SmlMessage::value - 1);
+}
+
+int32_t readKey(Endpoint &endpoint, zov_handle_t client, const Verdict &verdict, const std::string &key,
+                std::string &value) {
+    const KeyFault *fault = faultOf(verdict, 0);
+    if (!isServed(fault)) {
         value = fault->value.value_or("");
-        return fault->status;
+        return fault->status.value_or(kOk);
     }
-    return key.size() < kKeyLimit ? endpoint.device.get(key, value) : kBadKey;
+    std::chrono::seconds time{0};
+    const int32_t status = key.size() < kKeyLimit ? endpoint.device.get(key, value, time) : int32_t{kBadKey};
+    endpoint.take(time, client);
+    if (!fault)
+        return status;
+    if (status == kOk)
+        value = distorted(endpoint, *fault, key, value);
+    return fault->status.value_or(status);
 }
 
 /// A copy that the client owns, always terminated.
@@ -47,7 +76,7 @@ char *allocated(const std::string &value) {
 }
 
 void answer(const KeyFault &fault, SmlMessage &message) {
-    message.status = fault.status;
+    message.status = fault.status.value_or(kOk);
     if (fault.value)
         putValue(message, *fault.value);
 }
@@ -57,11 +86,24 @@ std::vector<Request> requestsOf(const Verdict &verdict, SmlMessage *messages, in
     std::vector<Request> requests;
     for (int32_t i = 0; i < count; ++i) {
         const KeyFault *fault = faultOf(verdict, static_cast<size_t>(i));
-        if (fault)
+        if (!isServed(fault))
             answer(*fault, messages[i]);
-        requests.push_back({&messages[i], fault != nullptr});
+        requests.push_back({&messages[i], !isServed(fault)});
     }
     return requests;
+}
+
+/// What the levers do to messages that were served.
+void distort(Endpoint &endpoint, const Verdict &verdict, SmlMessage *messages, int32_t count) {
+    for (int32_t i = 0; i < count; ++i) {
+        SmlMessage &message = messages[i];
+        const KeyFault *fault = faultOf(verdict, static_cast<size_t>(i));
+        if (!fault || !fault->distorts())
+            continue;
+        if (message.status == kOk)
+            putValue(message, distorted(endpoint, *fault, keyOf(message), valueOf(message)));
+        message.status = fault->status.value_or(message.status);
+    }
 }
 
 /// A failed read leaves a value that nobody wrote, and a command has none: neither is looked at.
@@ -87,6 +129,7 @@ template <class ServeAll> int32_t batch(Call call, SmlMessage *messages, int32_t
         if (!messages || count < 1)
             return kBadArgument;
         serveAll(endpoint, requestsOf(verdict, messages, count));
+        distort(endpoint, verdict, messages, count);
         handled = true;
         return kOk;
     };
@@ -96,17 +139,15 @@ template <class ServeAll> int32_t batch(Call call, SmlMessage *messages, int32_t
 
 } // namespace
 
-extern "C" {
-
 /// The size handed out is that of the block: the text and its terminator.
-int32_t zov_smlGet(zov_handle_t handle, const char *key, char **value, uint32_t *size) {
+int32_t LocalConnection::get(const char *key, char **value, uint32_t *size) {
     return guarded<int32_t>([&] {
-        const Call call{"zov_smlGet", handle, keysOf(key), true};
+        const Call call{"zov_smlGet", _handle, keysOf(key), true};
         std::string text;
         const auto serve = [&](Endpoint &endpoint, const Verdict &verdict) -> int32_t {
             if (!key || !value || !size)
                 return kBadArgument;
-            const int32_t status = readKey(endpoint, verdict, call.keys[0], text);
+            const int32_t status = readKey(endpoint, _handle, verdict, call.keys[0], text);
             if (status != kOk)
                 return status;
             *value = allocated(text);
@@ -120,29 +161,34 @@ int32_t zov_smlGet(zov_handle_t handle, const char *key, char **value, uint32_t 
     });
 }
 
-int32_t zov_smlGetBatch(zov_handle_t handle, SmlMessage *messages, int32_t count) {
+int32_t LocalConnection::getBatch(SmlMessage *messages, int32_t count) {
     return guarded<int32_t>([&] {
-        return batch(
-            {"zov_smlGetBatch", handle, keysOf(messages, count), true}, messages, count,
-            [](Endpoint &endpoint, const std::vector<Request> &requests) { endpoint.device.getAll(requests); });
+        return batch({"zov_smlGetBatch", _handle, keysOf(messages, count), true}, messages, count,
+                     [this](Endpoint &endpoint, const std::vector<Request> &requests) {
+                         std::chrono::seconds time{0};
+                         endpoint.device.getAll(requests, time);
+                         endpoint.take(time, _handle);
+                     });
     });
 }
 
 /// The value is the client's to give, not to keep: like the hardware's own library, this one uses its
 /// memory, and leaves an empty text in it.
-int32_t zov_smlSet(zov_handle_t handle, const char *key, char *value) {
+int32_t LocalConnection::set(const char *key, char *value) {
     return guarded<int32_t>([&] {
-        const Call call{"zov_smlSet", handle, keysOf(key)};
+        Call call{"zov_smlSet", _handle, keysOf(key)};
         const std::string text = value && key && !isCommandKey(call.keys[0]) ? value : "";
+        if (key)
+            call.values = {text};
         const auto serve = [&](Endpoint &endpoint, const Verdict &verdict) -> int32_t {
             if (!key || !value)
                 return kBadArgument;
             value[0] = '\0';
             if (const KeyFault *fault = faultOf(verdict, 0)) {
-                endpoint.device.takeNote(handle, call.keys[0], fault->status);
-                return fault->status;
+                endpoint.device.takeNote(_handle, call.keys[0], fault->status.value_or(kOk));
+                return fault->status.value_or(kOk);
             }
-            return call.keys[0].size() < kKeyLimit ? endpoint.device.set(handle, call.keys[0], text) : kBadKey;
+            return call.keys[0].size() < kKeyLimit ? endpoint.device.set(_handle, call.keys[0], text) : kBadKey;
         };
         return passOnConnection(call, serve, nothing, [&](Record &record) {
             for (const std::string &name : call.keys)
@@ -151,13 +197,13 @@ int32_t zov_smlSet(zov_handle_t handle, const char *key, char *value) {
     });
 }
 
-int32_t zov_smlSetBatch(zov_handle_t handle, SmlMessage *messages, int32_t count) {
+int32_t LocalConnection::setBatch(SmlMessage *messages, int32_t count) {
     return guarded<int32_t>([&] {
-        return batch({"zov_smlSetBatch", handle, keysOf(messages, count)}, messages, count,
-                     [handle](Endpoint &endpoint, const std::vector<Request> &requests) {
-                         endpoint.device.setAll(handle, requests);
+        return batch({"zov_smlSetBatch", _handle, keysOf(messages, count), false, valuesOf(messages, count)}, messages,
+                     count, [this](Endpoint &endpoint, const std::vector<Request> &requests) {
+                         endpoint.device.setAll(_handle, requests);
                      });
     });
 }
 
-} // extern "C"
+} // namespace sim

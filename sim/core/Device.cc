@@ -1,9 +1,9 @@
 #include "sim/core/Device.h"
 
 #include <cstring>
-#include <limits>
 #include <stdexcept>
 
+#include "sim/Record.h"
 #include "sim/Status.h"
 #include "sim/core/Event.h"
 #include "sim/core/Message.h"
@@ -17,7 +17,7 @@ namespace {
 Attribute knownAttribute(const Switch &device, const std::string &key) {
     const Attribute attribute = findAttribute(device, key);
     if (!attribute)
-        throw std::invalid_argument("the switch has no attribute '" + key + "'");
+        throw std::invalid_argument("the switch has no attribute '" + escaped(key) + "'");
     return attribute;
 }
 
@@ -36,9 +36,9 @@ std::array<int32_t, 3> sourceOf(const Attribute &attribute) {
 
 } // namespace
 
-int32_t Device::get(const std::string &key, std::string &value) {
+int32_t Device::get(const std::string &key, std::string &value, std::chrono::seconds &time) {
     const std::lock_guard<std::mutex> lock(_mutex);
-    return getLocked(key, value);
+    return getLocked(key, value, time);
 }
 
 int32_t Device::set(zov_handle_t client, const std::string &key, const std::string &value) {
@@ -48,13 +48,13 @@ int32_t Device::set(zov_handle_t client, const std::string &key, const std::stri
     return status;
 }
 
-void Device::getAll(const std::vector<Request> &requests) {
+void Device::getAll(const std::vector<Request> &requests, std::chrono::seconds &time) {
     const std::lock_guard<std::mutex> lock(_mutex);
     for (const auto &[message, isAnswered] : requests) {
         if (isAnswered)
             continue;
         std::string value;
-        message->status = hasTerminatedKey(*message) ? getLocked(keyOf(*message), value) : kBadKey;
+        message->status = hasTerminatedKey(*message) ? getLocked(keyOf(*message), value, time) : kBadKey;
         if (message->status == kOk)
             putValue(*message, value);
     }
@@ -81,18 +81,28 @@ void Device::takeNoteLocked(zov_handle_t client, const std::string &key, int32_t
         _zoningSession.spoil();
 }
 
-int32_t Device::getLocked(const std::string &key, std::string &value) {
+std::string Device::valueBefore(const std::string &key, const std::string &value) {
+    const std::lock_guard<std::mutex> lock(_mutex);
+    return _former.before(key, value);
+}
+
+/// Adds the time that the answer takes.
+int32_t Device::getLocked(const std::string &key, std::string &value, std::chrono::seconds &time) {
     const Attribute attribute = findAttribute(_switch, key);
     if (!attribute)
         return findCommand(key) ? kNotReadable : kNoSuchKey;
-    advance(std::chrono::seconds(attribute.seconds(_switch)));
+    time += std::chrono::seconds(attribute.seconds(_switch));
     const Status status = attribute.status(_switch);
-    if (status == kOk)
-        value = attribute.read(_switch);
-    return status;
+    if (status != kOk)
+        return status;
+    value = attribute.read(_switch);
+    _former.note(key, value);
+    return kOk;
 }
 
 int32_t Device::setLocked(zov_handle_t client, const std::string &key, const std::string &value) {
+    if (_gone.count(client) != 0)
+        return kBadHandle;
     if (const GivenCommand command = findCommand(key))
         return run(client, command);
     const Attribute attribute = findAttribute(_switch, key);
@@ -130,8 +140,11 @@ int32_t Device::run(zov_handle_t client, const GivenCommand &command) {
 bool Device::apply(const Attribute &attribute, const std::string &key, const std::string &value, Notify notify) {
     const std::string before = attribute.read(_switch);
     attribute.write(_switch, value);
-    if (attribute.read(_switch) == before)
+    const std::string after = attribute.read(_switch);
+    if (after == before)
         return false;
+    _former.note(key, before);
+    _former.note(key, after);
     const Announcements others = attribute.follow(_switch);
     if (notify == Notify::no)
         return true;
@@ -139,6 +152,28 @@ bool Device::apply(const Attribute &attribute, const std::string &key, const std
         send({{attribute.row->notification, sourceOf(attribute), key + " is now " + value}});
     send(others);
     return true;
+}
+
+void Device::hangUp(zov_handle_t client) {
+    const std::lock_guard<std::mutex> lock(_mutex);
+    _gone.insert(client);
+    freeAllOf(client);
+}
+
+void Device::disconnect(zov_handle_t client) {
+    const std::lock_guard<std::mutex> lock(_mutex);
+    freeAllOf(client);
+    _gone.erase(client);
+}
+
+/// As when it gave back admin mode: what was being edited is forgotten.
+void Device::freeAllOf(zov_handle_t client) {
+    if (_zoningSession.heldBy(client))
+        _zoningSession.force(0);
+    if (!_admin.heldBy(client))
+        return;
+    _edit.drop();
+    _admin.force(0);
 }
 
 Zoning Device::zoning() const {
@@ -150,10 +185,10 @@ void Device::change(const std::string &key, const std::string &value, Notify not
     const std::lock_guard<std::mutex> lock(_mutex);
     const Attribute attribute = knownAttribute(_switch, key);
     if (!attribute.row->rule->accepts(value))
-        throw std::invalid_argument("'" + key + "' cannot be '" + value +
+        throw std::invalid_argument("'" + key + "' cannot be '" + escaped(value) +
                                     "'; allowed: " + attribute.row->rule->allowed);
     if (attribute.isTaken(_switch, value))
-        throw std::invalid_argument("'" + key + "' cannot be '" + value + "'; another switch has it");
+        throw std::invalid_argument("'" + key + "' cannot be '" + escaped(value) + "'; another switch has it");
     apply(attribute, key, value, notify);
 }
 
@@ -169,27 +204,15 @@ void Device::send(const Announcements &announcements) {
         _notifier.send(makeEvent(announcement.code, announcement.source, announcement.text));
 }
 
-std::chrono::seconds Device::uptime() const {
-    const std::lock_guard<std::mutex> lock(_mutex);
-    return _uptime;
-}
-
-void Device::passTime(std::chrono::seconds time) {
-    if (time.count() < 0)
-        throw std::invalid_argument("time does not run backwards");
-    const std::lock_guard<std::mutex> lock(_mutex);
-    advance(time);
-}
-
-/// The clock stops at the largest number of seconds that can be told.
-void Device::advance(std::chrono::seconds time) {
-    constexpr std::chrono::seconds last{std::numeric_limits<long>::max()};
-    _uptime = time < last - _uptime ? _uptime + time : last;
-}
-
 std::string Device::read(const std::string &key) const {
     const std::lock_guard<std::mutex> lock(_mutex);
     return knownAttribute(_switch, key).read(_switch);
+}
+
+std::string Device::readStored(const std::string &key) const {
+    const std::lock_guard<std::mutex> lock(_mutex);
+    const Attribute attribute = knownAttribute(_switch, key);
+    return attribute.row->stored ? attribute.row->stored(_switch, attribute.index) : attribute.read(_switch);
 }
 
 std::vector<std::string> Device::keys() const {
@@ -232,6 +255,31 @@ void Device::restart() {
     _admin.force(0);
     _edit.drop();
     _zoningSession.force(0);
+}
+
+Memory Device::memory() const {
+    const std::lock_guard<std::mutex> lock(_mutex);
+    return {configurationOf(_switch), _edit.saved(), _backup.kept(), shownDatabase(*_switch.zoning.defined.database),
+            shownDatabase(*_switch.zoning.active.database)};
+}
+
+/// The active half may hold a zone set that is defined no longer, or otherwise.
+void Device::remember(const Memory &memory) {
+    const std::lock_guard<std::mutex> lock(_mutex);
+    for (const auto &[key, value] : memory.running) {
+        const Attribute attribute = findAttribute(_switch, key);
+        if (attribute && !attribute.row->rule->accepts(value))
+            throw std::invalid_argument("'" + key + "' cannot be '" + escaped(value) + "'");
+    }
+    databaseFrom(memory.defined, _switch.zoning.limits); // before anything changes
+    sim::setZoning(_switch, memory.active);
+    sim::activateZoneset(_switch, memory.active.zonesets.empty() ? "" : memory.active.zonesets[0].name);
+    sim::setZoning(_switch, memory.defined);
+    for (const auto &[key, value] : memory.running)
+        if (const Attribute attribute = findAttribute(_switch, key))
+            apply(attribute, key, value, Notify::no);
+    _edit.setSaved(memory.saved);
+    _backup.setKept(memory.backup);
 }
 
 } // namespace sim

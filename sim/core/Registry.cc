@@ -1,6 +1,7 @@
 #include "sim/core/Registry.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "sim/model/Profile.h"
 
@@ -13,6 +14,7 @@ Registry &Registry::instance() {
 
 void Registry::add(const std::shared_ptr<Endpoint> &endpoint) {
     const std::lock_guard<std::mutex> lock(_mutex);
+    _endpoints.erase(std::remove(_endpoints.begin(), _endpoints.end(), endpoint), _endpoints.end());
     _endpoints.push_back(endpoint);
 }
 
@@ -46,6 +48,21 @@ zov_handle_t Registry::connect(const std::shared_ptr<Endpoint> &endpoint) {
     _connections[++_lastHandle] = endpoint;
     ++endpoint->connections;
     return _lastHandle;
+}
+
+void Registry::disconnect(zov_handle_t handle) {
+    const std::lock_guard<std::mutex> lock(_mutex);
+    _connections.erase(handle);
+}
+
+zov_handle_t Registry::newNumber() {
+    const std::lock_guard<std::mutex> lock(_mutex);
+    return ++_lastHandle;
+}
+
+void Registry::skip(zov_handle_t number) {
+    const std::lock_guard<std::mutex> lock(_mutex);
+    _lastHandle = std::max(_lastHandle, number);
 }
 
 std::shared_ptr<Endpoint> Registry::find(zov_handle_t handle) const {

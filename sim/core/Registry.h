@@ -22,7 +22,7 @@ class Registry {
 public:
     static Registry &instance();
 
-    /// A new switch, from now on the one that "localhost" means.
+    /// A switch that is from now on the one that "localhost" means.
     void add(const std::shared_ptr<Endpoint> &endpoint);
     /// The switch is no longer reached, and its connections are dead.
     void remove(const std::shared_ptr<Endpoint> &endpoint);
@@ -34,6 +34,12 @@ public:
 
     /// A number for a new connection to this switch; no number is given twice. 0 when the switch is gone.
     zov_handle_t connect(const std::shared_ptr<Endpoint> &endpoint);
+    /// The connection is none any more.
+    void disconnect(zov_handle_t handle);
+    /// A number for a connection to a switch elsewhere.
+    zov_handle_t newNumber();
+    /// A number that was given elsewhere is not given here any more.
+    void skip(zov_handle_t number);
     /// Null for a number that is no connection, or one to a switch that is gone.
     std::shared_ptr<Endpoint> find(zov_handle_t handle) const;
 

@@ -5,6 +5,7 @@
 #include <stdexcept>
 
 #include "platform/zovlib.h"
+#include "sim/Record.h"
 #include "sim/model/Switch.h"
 #include "sim/tree/Rules.h"
 
@@ -65,7 +66,7 @@ Rows accountsRows() {
 
 Announcements addAccount(Switch &device, const std::string &name) {
     if (!isName(name))
-        throw std::invalid_argument("'" + name +
+        throw std::invalid_argument("'" + escaped(name) +
                                     "' is no account name; allowed: 1 to 64 printing characters without blanks");
     if (std::find(device.accounts.begin(), device.accounts.end(), name) != device.accounts.end())
         throw std::invalid_argument("there is an account '" + name + "' already");
@@ -76,7 +77,7 @@ Announcements addAccount(Switch &device, const std::string &name) {
 Announcements removeAccount(Switch &device, const std::string &name) {
     const auto account = std::find(device.accounts.begin(), device.accounts.end(), name);
     if (account == device.accounts.end())
-        throw std::invalid_argument("there is no account '" + name + "'");
+        throw std::invalid_argument("there is no account '" + escaped(name) + "'");
     device.accounts.erase(account);
     return changeOf(name, "removed");
 }

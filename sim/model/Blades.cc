@@ -4,6 +4,7 @@
 #include <stdexcept>
 
 #include "platform/zovlib.h"
+#include "sim/Record.h"
 #include "sim/model/Switch.h"
 #include "sim/tree/Rules.h"
 
@@ -68,7 +69,7 @@ Slot &existingSlot(Switch &device, unsigned slot) {
 
 void check(const Rule &rule, const char *what, const std::string &value) {
     if (!rule.accepts(value))
-        throw std::invalid_argument(std::string("the ") + what + " of a blade cannot be '" + value +
+        throw std::invalid_argument(std::string("the ") + what + " of a blade cannot be '" + escaped(value) +
                                     "'; allowed: " + rule.allowed);
 }
 

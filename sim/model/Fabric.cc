@@ -4,10 +4,12 @@
 #include <stdexcept>
 
 #include "platform/zovlib.h"
+#include "sim/Record.h"
 #include "sim/model/NameServer.h"
 #include "sim/model/PortName.h"
 #include "sim/model/Routing.h"
 #include "sim/model/Switch.h"
+#include "sim/model/TopologyEntries.h"
 #include "sim/tree/Rules.h"
 
 namespace sim {
@@ -47,6 +49,9 @@ void checkPeer(const Peer &peer) {
     checkPriority(peer.priority);
     if (peer.ports > kMostPorts)
         refuse("a peer cannot have " + std::to_string(peer.ports) + " ports; allowed: 0 to 256");
+    if (peer.topology.seconds > kSlowestTopology)
+        refuse("the management server cannot answer for a peer after " + std::to_string(peer.topology.seconds) +
+               " seconds; allowed: 0 to " + std::to_string(kSlowestTopology));
 }
 
 /// A peer may keep the domain it has.
@@ -243,7 +248,8 @@ std::vector<Link> linksOf(const Switch &device) {
 
 std::string keptName(const char *what, const std::string &text) {
     if (!kWwnRule.accepts(text))
-        refuse(std::string("the name of a ") + what + " cannot be '" + text + "'; allowed: " + kWwnRule.allowed);
+        refuse(std::string("the name of a ") + what + " cannot be '" + escaped(text) +
+               "'; allowed: " + kWwnRule.allowed);
     return upperCase(text);
 }
 

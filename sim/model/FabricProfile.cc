@@ -28,12 +28,31 @@ std::string edgeOrCoreName(unsigned switches, unsigned domain) {
     return name;
 }
 
-void addEdge(Switch &device, const std::string &wwn, unsigned domain) {
+Peer edgeOf(const std::string &wwn, unsigned domain) {
     Peer edge;
     edge.wwn = wwn;
     edge.domain = domain;
     edge.ports = kEdgePorts;
-    addPeer(device, edge);
+    return edge;
+}
+
+// A large fabric is put together at once: nobody looks at it before it is whole.
+
+/// To be called in the order of the domains.
+void placePeer(Switch &device, Peer peer) {
+    device.fabric.peers.push_back(std::move(peer));
+}
+
+void placeLink(Switch &device, const Link &link) {
+    const auto kept = [&](const std::string &wwn) {
+        return wwn == device.identity.wwn ? std::string(kLocalName) : wwn;
+    };
+    device.fabric.links.push_back({kept(link.wwn), link.port, kept(link.otherWwn), link.otherPort});
+}
+
+/// Computes what follows from peers and links.
+void settle(Switch &device) {
+    setPriority(device, device.fabric.priority);
 }
 
 /// Cores, the first of which wants to be the principal, all linked with each other. The ports used are counted.
@@ -44,9 +63,9 @@ void addCores(Switch &device, const std::vector<std::string> &names, std::vector
         core.domain = i + 1;
         core.priority = i == 0 ? 1 : 2;
         core.ports = kCorePorts;
-        addPeer(device, core);
+        placePeer(device, core);
         for (unsigned other = 0; other < i; ++other)
-            connect(device, {names[other], nextPorts[other]++, names[i], nextPorts[i]++});
+            placeLink(device, {names[other], nextPorts[other]++, names[i], nextPorts[i]++});
     }
 }
 
@@ -61,7 +80,7 @@ void useForLink(UserPort &port) {
 void joinTwin(Switch &device) {
     std::string twin = device.identity.wwn;
     ++twin.back();
-    addEdge(device, twin, device.identity.domainId + 1);
+    addPeer(device, edgeOf(twin, device.identity.domainId + 1));
     useForLink(device.ports[kFirstUplink]);
     connect(device, {device.identity.wwn, kFirstUplink, twin, kFirstUplink});
 }
@@ -79,12 +98,13 @@ void joinCoreAndEdge(Switch &device, unsigned switches, unsigned cores) {
     for (unsigned domain = cores + 1; domain <= switches; ++domain) {
         const std::string name = edgeOrCoreName(switches, domain);
         if (domain != device.identity.domainId)
-            addEdge(device, name, domain);
+            placePeer(device, edgeOf(name, domain));
         const unsigned otherCore = core + 1 < cores ? core + 1 : 0;
-        connect(device, {name, kFirstUplink, names[core], nextPorts[core]++});
-        connect(device, {name, kFirstUplink + 1, names[otherCore], nextPorts[otherCore]++});
+        placeLink(device, {name, kFirstUplink, names[core], nextPorts[core]++});
+        placeLink(device, {name, kFirstUplink + 1, names[otherCore], nextPorts[otherCore]++});
         core = otherCore; // the edges go round the cores
     }
+    settle(device);
     useForLink(device.ports[kFirstUplink]);
     useForLink(device.ports[kFirstUplink + 1]);
 }

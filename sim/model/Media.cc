@@ -5,6 +5,7 @@
 #include <numeric>
 #include <stdexcept>
 
+#include "sim/Record.h"
 #include "sim/tree/Rules.h"
 
 namespace sim {
@@ -56,7 +57,7 @@ constexpr Optics kOptics[] = {
 /// Texts are filled up with blanks.
 std::string filledUp(const char *what, const std::string &text, size_t size) {
     if (text.size() > size || !isPrinting(text))
-        throw std::invalid_argument(std::string("the ") + what + " of a transceiver cannot be '" + text +
+        throw std::invalid_argument(std::string("the ") + what + " of a transceiver cannot be '" + escaped(text) +
                                     "'; allowed: at most " + std::to_string(size) + " printing characters");
     return text + std::string(size - text.size(), ' ');
 }

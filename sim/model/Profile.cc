@@ -2,6 +2,7 @@
 
 #include <stdexcept>
 
+#include "sim/Record.h"
 #include "sim/model/FabricProfile.h"
 
 namespace sim {
@@ -129,7 +130,7 @@ struct Profile {
 constexpr Profile kProfiles[] = {
     {kDefaultProfile, fixed24},   {"director-8", director8},       {"fixed-128", fixed128},
     {"claims-200", claims200},    {"second-naming", secondNaming}, {"fabric-2", fabric2},
-    {"fabric-12", edgeOf<12, 2>}, {"fabric-60", edgeOf<60, 4>},
+    {"fabric-12", edgeOf<12, 2>}, {"fabric-60", edgeOf<60, 4>},    {"fabric-239", edgeOf<239, 9>},
 };
 
 } // namespace
@@ -145,7 +146,7 @@ Switch makeSwitch(const std::string &profile) {
         }
         known += std::string(" ") + candidate.name;
     }
-    throw std::invalid_argument("no switch profile '" + profile + "'; there are:" + known);
+    throw std::invalid_argument("no switch profile '" + escaped(profile) + "'; there are:" + known);
 }
 
 } // namespace sim

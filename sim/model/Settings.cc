@@ -84,10 +84,16 @@ template <const IpKind &kind> void writeAddress(Switch &device, Index, const std
     versionOf<kind>(device).address = value;
 }
 
+template <const IpKind &kind> std::string storedAddress(const Switch &device, Index) {
+    return versionOf<kind>(device).address;
+}
+
 template <const IpKind &kind> constexpr Row address() {
-    return {kind.addressKey,   Access::readOnly,   kind.addressRule, kind.addressNotification,
-            readAddress<kind>, writeAddress<kind>, nullptr,          Source::none,
-            ipStatus<kind>};
+    Row row = {kind.addressKey,   Access::readOnly,   kind.addressRule, kind.addressNotification,
+               readAddress<kind>, writeAddress<kind>, nullptr,          Source::none,
+               ipStatus<kind>};
+    row.stored = storedAddress<kind>;
+    return row;
 }
 
 /// One of the two flags that both have to be up for an address.

@@ -9,6 +9,9 @@
 
 namespace sim {
 
+/// How many seconds the management server may think before it answers for a switch. No client waits for so long.
+constexpr unsigned kSlowestTopology = 1000000;
+
 Rows topologyEntriesRows();
 
 } // namespace sim

@@ -5,6 +5,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "sim/Record.h"
 #include "sim/model/Switch.h"
 #include "sim/tree/Rules.h"
 
@@ -104,7 +105,7 @@ Announcements activateZoneset(Switch &device, const std::string &name) {
     const ZoneDatabase &defined = *device.zoning.defined.database;
     const StoredZoneSet *zoneset = defined.zonesets.find(name);
     if (!zoneset && !name.empty())
-        throw std::invalid_argument("there is no zone set '" + name + "'");
+        throw std::invalid_argument("there is no zone set '" + escaped(name) + "'");
     const bool changed = replace(device.zoning.active, zoneset ? extract(defined, *zoneset) : ZoneDatabase());
     return changeOf(changed, zoneset ? "zone set " + name + " activated" : "active zone set deactivated");
 }

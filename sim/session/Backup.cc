@@ -5,14 +5,18 @@
 
 namespace sim {
 
-void Backup::take(const Switch &device) {
-    Edits kept;
+Edits configurationOf(const Switch &device) {
+    Edits configuration;
     for (const std::string &key : allKeys(device)) {
         const Attribute attribute = findAttribute(device, key);
         if (attribute.row->access == Access::configuration && attribute.status(device) == kOk)
-            kept.emplace_back(key, attribute.read(device));
+            configuration.emplace_back(key, attribute.read(device));
     }
-    _kept = std::move(kept);
+    return configuration;
+}
+
+void Backup::take(const Switch &device) {
+    _kept = configurationOf(device);
 }
 
 Status Backup::restore(Edits &running) const {

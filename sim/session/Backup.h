@@ -15,12 +15,18 @@ namespace sim {
 
 struct Switch;
 
+/// What every attribute that clients may configure is now.
+Edits configurationOf(const Switch &device);
+
 class Backup {
 public:
     /// Keeps what is running, all ports included; not what is being edited, and not what waits to be activated.
     void take(const Switch &device);
     /// `running` gets what is to become effective. The backup stays.
     Status restore(Edits &running) const;
+
+    const std::optional<Edits> &kept() const { return _kept; }
+    void setKept(const std::optional<Edits> &kept) { _kept = kept; }
 
 private:
     std::optional<Edits> _kept;

@@ -66,6 +66,11 @@ Status ConfigEdit::cancel(Configuration configuration) {
     return kOk;
 }
 
+void ConfigEdit::setSaved(const std::optional<Edits> &saved) {
+    _isSaved = saved.has_value();
+    _saved = saved.value_or(Edits());
+}
+
 void ConfigEdit::drop() {
     _open = Configuration::none;
     _pending.clear();

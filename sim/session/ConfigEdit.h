@@ -9,6 +9,7 @@
 #ifndef SIM_SESSION_CONFIGEDIT_H
 #define SIM_SESSION_CONFIGEDIT_H
 
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -35,6 +36,10 @@ public:
     Status cancel(Configuration configuration);
     /// Forgets an open edit, if there is one. What was saved stays saved.
     void drop();
+
+    /// What was saved and waits to be activated; none when nothing does.
+    std::optional<Edits> saved() const { return _isSaved ? std::optional<Edits>(_saved) : std::nullopt; }
+    void setSaved(const std::optional<Edits> &saved);
 
     bool isOpen() const { return _open != Configuration::none; }
 

@@ -80,6 +80,8 @@ struct Row {
     /// What else a change of the value brings about, and what is sent of it, after the attribute's own notification;
     /// null: nothing.
     Announcements (*follow)(Switch &device) = nullptr;
+    /// What was written, where that may be another thing than what is read; null: what is read.
+    std::string (*stored)(const Switch &device, Index at) = nullptr;
 };
 
 /// The rows of one domain.

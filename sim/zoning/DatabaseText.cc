@@ -2,6 +2,7 @@
 
 #include <stdexcept>
 
+#include "sim/Record.h"
 #include "sim/zoning/Database.h"
 
 namespace sim {
@@ -41,7 +42,7 @@ void mustBeNew(const void *present, const std::string &what) {
 
 /// "zone 'oak'"
 std::string called(const char *kind, const std::string &name) {
-    return std::string(kind) + " '" + name + "'";
+    return std::string(kind) + " '" + escaped(name) + "'";
 }
 
 MemberId memberFrom(const ZoneMember &member, const std::string &what) {

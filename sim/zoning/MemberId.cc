@@ -171,6 +171,20 @@ std::string describe(const MemberId &member) {
     return text + hexText(member.id, known->bytes, kSmallDigits);
 }
 
+std::optional<MemberId> memberFromDescription(const std::string &text) {
+    for (const MemberType &row : kTypes) {
+        const std::string start = row.name + std::string(" ");
+        if (text.compare(0, start.size(), start) != 0)
+            continue;
+        const std::string rest = text.substr(start.size());
+        MemberId member;
+        member.type = row.type;
+        const bool isRead = row.parse ? row.parse(rest, member.id) : parseBytes(rest, member.id.u.byte, row.bytes);
+        return isRead && describe(member) == text ? std::optional<MemberId>(member) : std::nullopt;
+    }
+    return std::nullopt;
+}
+
 std::string textOf(const MemberId &member) {
     const MemberType *known = findType(member.type);
     if (!known || !known->parse)

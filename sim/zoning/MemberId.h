@@ -39,6 +39,8 @@ std::string keyOf(const MemberId &member);
 
 /// For people: "port 2100000000000001", "domain:port 1:10", "address 0a0b0c", "node ...", "alias oak".
 std::string describe(const MemberId &member);
+/// The member that is described so; none for anything else.
+std::optional<MemberId> memberFromDescription(const std::string &text);
 
 } // namespace sim
 

@@ -6,6 +6,11 @@
 
 namespace sim {
 
+NameLists &NameLists::instance() {
+    static NameLists &lists = *new NameLists;
+    return lists;
+}
+
 char *NameLists::handOut(const std::vector<std::string> &names) {
     std::vector<char> list(std::max<size_t>(names.size() * kNameField, 1));
     for (size_t i = 0; i < names.size(); ++i)

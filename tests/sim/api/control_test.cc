@@ -45,3 +45,25 @@ TEST(Control, QuietIsWhatANewSwitchIs) {
     const auto device = sim::create();
     EXPECT_TRUE(device->waitUntilQuiet(std::chrono::milliseconds(0)));
 }
+
+TEST(Control, ASwitchApartIsReachedOnceItAcceptsConnections) {
+    const auto first = sim::create();
+    const auto apart = sim::createApart("director-8");
+    const Client before;
+    EXPECT_EQ(before.get("Oper.Switch.MaxPorts").value, "24");
+    apart->acceptConnections();
+    const Client after;
+    EXPECT_EQ(after.get("Oper.Switch.MaxPorts").value, "64");
+    first->acceptConnections();
+    const Client again;
+    EXPECT_EQ(again.get("Oper.Switch.MaxPorts").value, "24");
+    EXPECT_EQ(after.get("Oper.Switch.MaxPorts").value, "64");
+}
+
+TEST(Control, ASwitchApartOfAnotherVersionIsNone) {
+    EXPECT_EQ(zovsim_createApart("fixed-24", sim::kInterfaceVersion + 1), nullptr);
+}
+
+TEST(Control, TellsItsProfile) {
+    EXPECT_EQ(sim::create("fixed-128")->profile(), "fixed-128");
+}

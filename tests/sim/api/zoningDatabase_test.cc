@@ -103,10 +103,12 @@ TEST_F(ZoningDatabase, IsRecorded) {
     const std::string n = std::to_string(client.handle);
     const std::string object = std::to_string(reinterpret_cast<uintptr_t>(all));
     const std::vector<std::string> expected = {
-        "zov_fzsGetZoningLimitations(" + n + ") = 0",
+        "zov_fzsGetZoningLimitations(" + n +
+            ") = 0 -> zonesets 300, zones 3000, members 12000, zones per zoneset 1000, members per zone 500, "
+            "aliases 3000, members per alias 500",
         "zov_fzsGetActiveZoneset(" + n + ") = 16",
         "zov_fzsGetZoneset(" + n + ", \"oak\") = 16",
-        "zov_fzsGetAllZonesAndAliases(" + n + ", \"all\", #" + object + ") = 0",
+        "zov_fzsGetAllZonesAndAliases(" + n + ", \"all\", #" + object + ") = 0 -> \"all\"",
     };
     EXPECT_EQ(simtest::linesOf(*device), expected);
     EXPECT_EQ(zov_ZonesetDestroy(all), 0);

@@ -1,5 +1,6 @@
 #include "sim/core/Recorder.h"
 
+#include <stdexcept>
 #include <thread>
 
 #include <gtest/gtest.h>
@@ -122,4 +123,62 @@ TEST(Recorder, LosesNothingOfManyThreads) {
     for (std::thread &thread : threads)
         thread.join();
     EXPECT_EQ(device->records().size(), 400U);
+}
+
+TEST(Recorder, TellsItsSinksOfEveryRecordInOrderUntilTheyAreTakenAway) {
+    const auto device = sim::create();
+    const Client client;
+    std::vector<std::string> first;
+    std::vector<std::string> second;
+    const int number = device->addSink([&](const sim::Record &record) { first.push_back(record.line()); });
+    device->clearRecords();
+    client.set("Cmd.Switch.ReqAdmin");
+    device->addSink([&](const sim::Record &record) { second.push_back(record.line()); });
+    client.set("Cmd.Switch.RelAdmin");
+    EXPECT_EQ(first, linesOf(*device));
+    device->removeSink(number);
+    client.get("Oper.Switch.DomainID");
+    EXPECT_EQ(first.size(), 2U);
+    EXPECT_EQ(second.size(), 3U) << "the release of memory is recorded too";
+}
+
+TEST(Recorder, SinkThatThrowsHarmsNoCall) {
+    const auto device = sim::create();
+    const Client client;
+    device->addSink([](const sim::Record &) { throw std::runtime_error("no room"); });
+    EXPECT_EQ(client.get("Oper.Switch.DomainID").value, "1");
+    EXPECT_EQ(device->records().size(), 3U);
+}
+
+TEST(Recorder, NotesWhenACallCameInAndWhenANotificationWentOut) {
+    const auto device = sim::create();
+    Client client;
+    client.registerFor({33});
+    device->clearRecords();
+    sim::Fault slow;
+    slow.call = "zov_smlGet";
+    slow.action = [&] { device->passTime(std::chrono::seconds(7)); };
+    device->addFault(slow);
+    client.get("Oper.Switch.DomainID");
+    device->set("Oper.Chassis.0.Fan.1", "Bad");
+    ASSERT_TRUE(device->waitUntilQuiet(simtest::kPatience));
+    const std::vector<sim::Record> records = device->records();
+    ASSERT_EQ(records.size(), 3U);
+    EXPECT_EQ(records[0].time.count(), 3600000);
+    EXPECT_EQ(records[2].time.count(), 3607000);
+}
+
+TEST(Recorder, ThatKeepsNothingStillTellsItsSinks) {
+    const auto device = sim::create();
+    const Client client;
+    std::vector<std::string> told;
+    device->addSink([&](const sim::Record &record) { told.push_back(record.line()); });
+    device->clearRecords();
+    device->keepRecords(false);
+    client.set("Cmd.Switch.ReqAdmin");
+    EXPECT_EQ(device->records().size(), 0U);
+    EXPECT_EQ(told.size(), 1U);
+    device->keepRecords(true);
+    client.set("Cmd.Switch.RelAdmin");
+    EXPECT_EQ(linesOf(*device), std::vector<std::string>{told.back()});
 }

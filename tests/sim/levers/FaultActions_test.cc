@@ -1,6 +1,8 @@
 // Rules that do something to the switch in the middle of what a client does.
 
+#include <atomic>
 #include <stdexcept>
+#include <thread>
 
 #include <gtest/gtest.h>
 
@@ -157,4 +159,19 @@ TEST_F(FaultActions, OneThatThrowsFailsTheCallAlone) {
 TEST_F(FaultActions, SwitchingTheSwitchOffFailsTheCallThatCausedIt) {
     add("zov_smlGet", "", [&] { device.reset(); });
     EXPECT_EQ(client.get("Oper.Switch.WWN").status, simtest::kBadHandle);
+}
+
+TEST_F(FaultActions, DoNotHappenOnASwitchThatWasSwitchedOffDuringTheDelay) {
+    std::atomic<bool> happened{false};
+    sim::Fault fault;
+    fault.delay = std::chrono::hours(1);
+    fault.action = [&] { happened = true; };
+    const int rule = device->addFault(fault);
+    std::thread caller([this] { domainId(); });
+    const auto deadline = std::chrono::steady_clock::now() + simtest::kPatience;
+    while (device->faults().at(rule).times != 0 && std::chrono::steady_clock::now() < deadline)
+        std::this_thread::yield();
+    device.reset();
+    caller.join();
+    EXPECT_FALSE(happened);
 }

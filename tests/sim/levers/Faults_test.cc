@@ -415,3 +415,21 @@ TEST_F(Faults, RefusedConnectionsAreNotCounted) {
     EXPECT_EQ(zov_IPConnect("localhost", "test", "", &handle), 0);
     EXPECT_EQ(device->connectionCount(), 2U);
 }
+
+TEST_F(Faults, RulesAreToldWithWhatIsLeftOfThem) {
+    sim::Fault fault = onKey("Oper.Switch.WWN", 9);
+    fault.skip = 1;
+    fault.times = 2;
+    const int usedUp = device->addFault(fault);
+    fault.skip = 5;
+    const int other = device->addFault(fault);
+    client.get("Oper.Switch.WWN");
+    client.get("Oper.Switch.WWN");
+    ASSERT_EQ(device->faults().size(), 2U);
+    EXPECT_EQ(device->faults().at(usedUp).skip, 0U);
+    EXPECT_EQ(device->faults().at(usedUp).times, 1);
+    EXPECT_EQ(device->faults().at(other).skip, 3U);
+    client.get("Oper.Switch.WWN");
+    EXPECT_EQ(device->faults().at(usedUp).times, 0);
+    EXPECT_EQ(device->faults().at(other).skip, 2U);
+}

@@ -31,7 +31,7 @@ using Counts = std::map<std::string, int>;
 
 class FabricProfile : public testing::TestWithParam<const char *> {};
 
-INSTANTIATE_TEST_SUITE_P(All, FabricProfile, testing::Values("fabric-2", "fabric-12", "fabric-60"),
+INSTANTIATE_TEST_SUITE_P(All, FabricProfile, testing::Values("fabric-2", "fabric-12", "fabric-60", "fabric-239"),
                          [](const testing::TestParamInfo<const char *> &profile) {
                              return std::string("Of") + (profile.param + sizeof "fabric");
                          });

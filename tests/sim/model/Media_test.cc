@@ -100,7 +100,7 @@ TEST(Media, ATransceiverThatCannotBeIsRefusedNamingWhatIsWrong) {
     transceiver = {};
     transceiver.partNumber = "tab\t";
     EXPECT_EQ(refusal(transceiver),
-              "the part number of a transceiver cannot be 'tab\t'; allowed: at most 16 printing characters");
+              "the part number of a transceiver cannot be 'tab\\x09'; allowed: at most 16 printing characters");
     transceiver = {};
     transceiver.serialNumber = "01234567890123456";
     EXPECT_EQ(refusal(transceiver), "the serial number of a transceiver cannot be '01234567890123456'; allowed: at "

@@ -105,7 +105,7 @@ TEST(Profile, UnknownOneIsRefusedNamingTheKnown) {
     } catch (const std::invalid_argument &error) {
         EXPECT_STREQ(error.what(),
                      "no switch profile 'director'; there are: fixed-24 director-8 fixed-128 claims-200 second-naming "
-                     "fabric-2 fabric-12 fabric-60");
+                     "fabric-2 fabric-12 fabric-60 fabric-239");
     }
     EXPECT_THROW(sim::create(nullptr), std::invalid_argument);
     EXPECT_THROW(sim::create(""), std::invalid_argument);

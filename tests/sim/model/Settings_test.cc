@@ -252,3 +252,12 @@ TEST(IpVersion, WithoutAnAddressComesAndGoesWithoutOne) {
     device->set("Oper.Switch.IPv4Feature", "False");
     EXPECT_EQ(client.codes(*device), (Codes{16, 52}));
 }
+
+TEST(Settings, AnAddressOfAVersionThatIsOffIsStored) {
+    const auto device = sim::create();
+    device->set("Oper.System.Eth.0.IPv6Address.0", "2001:db8::7");
+    EXPECT_EQ(device->get("Oper.System.Eth.0.IPv6Address.0"), "");
+    EXPECT_EQ(device->stored("Oper.System.Eth.0.IPv6Address.0"), "2001:db8::7");
+    EXPECT_EQ(device->stored("Oper.Switch.MaxPorts"), "24");
+    EXPECT_THROW(device->stored("Oper.X"), std::invalid_argument);
+}
