@@ -42,10 +42,10 @@ TEST(Blades, WhatIsNotKnownIsNull) {
     EXPECT_EQ(object.at("slots"), 8);
     EXPECT_EQ(object.at("knownSlot"), 7);
     EXPECT_EQ(object.at("temperatureSensors"), nullptr);
-    EXPECT_EQ(object.at("blades").at(0), nlohmann::json::parse(R"({
+    EXPECT_EQ(object.at("blades").at(0), support::parseJson(R"({
         "slot": 0, "kind": null, "operationalStatus": null, "state": null, "temperatureSensors": null,
         "voltageSensors": null})"));
-    EXPECT_EQ(object.at("blades").at(7), nlohmann::json::parse(R"({
+    EXPECT_EQ(object.at("blades").at(7), support::parseJson(R"({
         "slot": 7, "kind": "I/O", "operationalStatus": [2], "state": "OK", "temperatureSensors": 2,
         "voltageSensors": 4})"));
 }
@@ -87,7 +87,7 @@ TEST(Blades, ABoxHasNoneAndTellsItsSensors) {
                                                     "voltage sensors      5\n"
                                                     "\n"
                                                     "No blades: the switch is one box.\n");
-    EXPECT_EQ(jsonOf(report), nlohmann::json::parse(R"({
+    EXPECT_EQ(jsonOf(report), support::parseJson(R"({
         "slots": 1, "knownSlot": null, "temperatureSensors": 3, "voltageSensors": 5, "blades": []})"));
     EXPECT_EQ(render(report, Format::terse, false), "slots=1\n"
                                                     "knownSlot=\n"

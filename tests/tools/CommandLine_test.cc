@@ -1,7 +1,7 @@
 // The built program from outside: what it prints, where, and how it exits.
 #include <gmock/gmock.h>
-#include <nlohmann/json.hpp>
 
+#include "tests/tools/Json.h"
 #include "tests/tools/RunDcache.h"
 
 using support::runDcache;
@@ -33,7 +33,7 @@ TEST(CommandLine, SwitchIsATable) {
 TEST(CommandLine, SwitchAsJson) {
     const auto run = runDcache({"switch", "show", "-o", "json"});
     EXPECT_EQ(run.exitCode, 0);
-    EXPECT_EQ(nlohmann::json::parse(run.out), nlohmann::json::parse(R"({
+    EXPECT_EQ(support::parseJson(run.out), support::parseJson(R"({
         "wwn": "10:00:00:C0:DD:00:A1:B2", "operationalStatus": [2, 0, 0], "state": "OK", "faults": [],
         "transparent": false, "fcoe": false, "ethernetPassthrough": false})"));
 }
@@ -50,7 +50,7 @@ TEST(CommandLine, ChassisInAllThreeForms) {
                                           "1    good\n"
                                           "2    good\n"
                                           "3    good\n");
-    EXPECT_EQ(nlohmann::json::parse(runDcache({"-o", "json", "chassis"}).out), nlohmann::json::parse(R"({
+    EXPECT_EQ(support::parseJson(runDcache({"-o", "json", "chassis"}).out), support::parseJson(R"({
         "slots": 0, "faults": [],
         "powerSupplies": [{"number": 1, "state": "good"}, {"number": 2, "state": "good"}],
         "fans": [{"number": 1, "state": "good"}, {"number": 2, "state": "good"}, {"number": 3, "state": "good"}]})"));
@@ -70,8 +70,8 @@ TEST(CommandLine, ChassisInAllThreeForms) {
 
 TEST(CommandLine, HelpGoesToStdoutAndGivesAnExample) {
     const std::vector<std::pair<support::Arguments, std::string>> rows = {
-        {{"--help"}, "dcache watch --story demo\n"},
-        {{"watch", "--help"}, "dcache watch --story demo --speed 2\n"},
+        {{"--help"}, "dcache watch --scenario demo\n"},
+        {{"watch", "--help"}, "dcache watch --scenario demo --speed 20\n"},
         {{"switch", "--help"}, "dcache switch -o json\n"},
         {{"chassis", "show", "--help"}, "dcache chassis -o json\n"},
         {{"blades", "--help"}, "dcache --profile director-8 blades\n"},
@@ -178,7 +178,10 @@ TEST(CommandLine, UsageErrorsExitWithTwoAndKeepStdoutEmpty) {
         {"--profile", "nosuchprofile", "ports"},
         {"ports", "--profile", ""},
         {"switch", "--profile"},
-        {"--profile", "fixed-24", "watch", "--story", "demo"},
+        {"--profile", "fixed-24", "watch", "--scenario", "demo"},
+        {"--scenario", "demo", "switch", "--profile", "fixed-24"},
+        {"--scenario", "nosuchscenario", "switch"},
+        {"switch", "--scenario", ""},
         {"settings", "telnet"},
         {"settings", "--secrets", "--all"},
         {"switch", "--secrets"},
@@ -200,8 +203,10 @@ TEST(CommandLine, UsageErrorsExitWithTwoAndKeepStdoutEmpty) {
         {"watch", "--for", "nan"},
         {"watch", "--for", "inf"},
         {"watch", "--for"},
-        {"watch", "--story", "nosuchstory"},
-        {"watch", "--story", "demo", "--speed", "0"},
+        {"watch", "--scenario", "nosuchscenario"},
+        {"watch", "--scenario"},
+        {"watch", "--scenario", "demo", "--speed", "0"},
+        {"switch", "--scenario", "demo", "--speed", "2"},
         {"watch", "--speed", "2"},
     };
     for (const support::Arguments &arguments : wrong) {

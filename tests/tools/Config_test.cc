@@ -68,7 +68,7 @@ TEST_F(Config, AnEditShowsWhatItChanged) {
 }
 
 TEST_F(Config, AnEditIsToldToPrograms) {
-    EXPECT_EQ(jsonOf(editConfiguration({{kTelnet, "False"}}, false)), nlohmann::json::parse(R"({
+    EXPECT_EQ(jsonOf(editConfiguration({{kTelnet, "False"}}, false)), support::parseJson(R"({
         "saved": true,
         "changes": [{"key": "Config.Services.TelnetEnable", "before": "True", "now": "False"}]})"));
 }
@@ -83,7 +83,7 @@ TEST_F(Config, ASecretIsMaskedUnlessItIsAskedFor) {
 
 TEST_F(Config, ABackupIsDoneInAdminModeWhichIsGivenBack) {
     EXPECT_EQ(tableOf(backUpConfiguration()), "copy kept  yes\n" + kNote);
-    EXPECT_EQ(jsonOf(backUpConfiguration()), nlohmann::json::parse(R"({"kept": true})"));
+    EXPECT_EQ(jsonOf(backUpConfiguration()), support::parseJson(R"({"kept": true})"));
     EXPECT_EQ(_switch->adminModeHolder(), 0u);
 }
 
@@ -105,7 +105,7 @@ TEST_F(Config, ARestorationShowsTheSettingsThatChanged) {
 TEST_F(Config, ARestorationIsToldToPrograms) {
     keepCopy();
     _switch->set(kCommunity, "geheim", sim::Notify::no);
-    EXPECT_EQ(jsonOf(restoreConfiguration(true)).at("changes"), nlohmann::json::parse(R"([
+    EXPECT_EQ(jsonOf(restoreConfiguration(true)).at("changes"), support::parseJson(R"([
         {"setting": "snmpReadCommunity", "label": "SNMP read community", "before": "geheim", "now": "before"}])"));
 }
 

@@ -1,10 +1,10 @@
 // `dcache doctor`: commands/doctor.cc, and the command line around it.
 #include <chrono>
 #include <gmock/gmock.h>
-#include <nlohmann/json.hpp>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "tests/tools/Json.h"
 #include "tests/tools/LastingSwitch.h"
 #include "tests/tools/RunDcache.h"
 #include "tools/dcache/commands/commands.h"
@@ -55,7 +55,7 @@ TEST(DoctorCommandLine, AHealthySwitchIsASuccess) {
     EXPECT_THAT(run.out, testing::StartsWith("health  good\n\nCHECK "));
     for (const std::string &line : support::lines(run.out))
         EXPECT_LE(line.size(), 80u) << line;
-    const auto values = nlohmann::json::parse(runDcache({"doctor", "-o", "json"}).out);
+    const auto values = support::parseJson(runDcache({"doctor", "-o", "json"}).out);
     EXPECT_EQ(values.at("healthy"), true);
     EXPECT_EQ(values.at("registrations").size(), 28u);
     EXPECT_THAT(runDcache({"doctor", "-o", "terse"}).out,

@@ -51,7 +51,7 @@ TEST(Fabric, IsATableOfItsSwitchesInTheOrderOfTheirDomains) {
 TEST(Fabric, ForProgramsAndScripts) {
     const auto twin = sim::create("fabric-2");
     const Report report = showFabric();
-    EXPECT_EQ(jsonOf(report), nlohmann::json::parse(R"({
+    EXPECT_EQ(jsonOf(report), support::parseJson(R"({
         "fabricWwn": "10:00:00:C0:DD:02:A0:01", "switchCount": 2, "switches": [
         {"domain": 1, "wwn": "10:00:00:C0:DD:02:A0:01", "local": true, "principal": true, "portCount": 24,
          "managementServer": null, "managementServerErrors": 0},
@@ -130,7 +130,7 @@ TEST(Fabric, OneSwitchIsShownWithItsPortsAndTheDevicesAtThem) {
     const auto object = jsonOf(report);
     EXPECT_EQ(object.at("domain"), 2);
     EXPECT_EQ(object.at("devices").size(), 16u);
-    EXPECT_EQ(object.at("ports").at(15), nlohmann::json::parse(R"({
+    EXPECT_EQ(object.at("ports").at(15), support::parseJson(R"({
         "index": 15, "wwn": "20:0F:00:C0:DD:02:A0:02", "devices": ["020F00"]})"));
     EXPECT_EQ(object.at("ports").at(16).at("devices"), nlohmann::json::array());
 }
@@ -139,7 +139,7 @@ TEST(Fabric, TheLocalSwitchIsShownInTheSameWay) {
     const auto twin = sim::create("fabric-2");
     const auto object = jsonOf(showFabricSwitch("01"));
     EXPECT_EQ(object.at("local"), true);
-    EXPECT_EQ(object.at("ports").at(0).at("devices"), nlohmann::json::parse(R"(["010000"])"));
+    EXPECT_EQ(object.at("ports").at(0).at("devices"), support::parseJson(R"(["010000"])"));
 }
 
 TEST(Fabric, DevicesThatAreAtNoneOfThePortsAreToldBeneath) {

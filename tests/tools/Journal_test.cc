@@ -122,6 +122,20 @@ TEST_F(JournalOutput, WritesEachKindOfLineAndCountsTheEvents) {
     EXPECT_TRUE(_failures.empty());
 }
 
+TEST_F(JournalOutput, EventsThatComeDuringAChangeStandBehindIt) {
+    Output output(_ends[1]);
+    Journal journal(output, Format::table, _noteFailure);
+    journal.beginSwitchChange();
+    journal.tellEvent(_someEvent);
+    EXPECT_EQ(journal.eventCount(), 0u);
+    journal.tellSwitchChange("fan 1 fails");
+    journal.endSwitchChange();
+    EXPECT_EQ(journal.eventCount(), 1u);
+    journal.tellEvent(_someEvent);
+    EXPECT_THAT(written(), testing::ElementsAre("TIME  switch  fan 1 fails", "TIME  event   CIM configuration changed",
+                                                "TIME  event   CIM configuration changed"));
+}
+
 TEST_F(JournalOutput, AnEventThatTellsOfNoChangeIsWrittenAndNotCounted) {
     Output output(_ends[1]);
     Journal journal(output, Format::table, _noteFailure);

@@ -1,7 +1,7 @@
 // The nouns from outside: what each prints in its three forms, through a pipe and on a terminal.
 #include <gmock/gmock.h>
-#include <nlohmann/json.hpp>
 
+#include "tests/tools/Json.h"
 #include "tests/tools/RunDcache.h"
 
 using support::runDcache;
@@ -68,7 +68,7 @@ support::Arguments with(support::Arguments arguments, const support::Arguments &
 }
 
 nlohmann::json jsonFrom(const support::Arguments &arguments) {
-    return nlohmann::json::parse(runDcache(with(arguments, {"-o", "json"})).out);
+    return support::parseJson(runDcache(with(arguments, {"-o", "json"})).out);
 }
 
 std::string terseFrom(const support::Arguments &arguments) {
@@ -92,8 +92,8 @@ TEST(Nouns, PortsAreATable) {
 TEST(Nouns, PortsForProgramsAndScripts) {
     const auto ports = jsonFrom({"ports"}).at("ports");
     ASSERT_EQ(ports.size(), 24u);
-    EXPECT_EQ(ports.front(), nlohmann::json::parse(kPort0Json));
-    EXPECT_EQ(ports.back(), nlohmann::json::parse(kPort23Json));
+    EXPECT_EQ(ports.front(), support::parseJson(kPort0Json));
+    EXPECT_EQ(ports.back(), support::parseJson(kPort23Json));
     const std::string terse = terseFrom({"ports"});
     EXPECT_THAT(terse, testing::StartsWith("ports.1.index=0\nports.1.wwn=20:00:00:C0:DD:00:A1:B2\n"));
     EXPECT_THAT(terse, testing::EndsWith("\n" + port23Terse("ports.24.")));
@@ -121,7 +121,7 @@ TEST(Nouns, OnePortInAllThreeForms) {
                                                      "vendor OUI          009065\n"
                                                      "vendor serial       FNS0331A00000001\n"
                                                      "diagnostics         yes\n");
-    EXPECT_EQ(jsonFrom({"ports", "show", "0"}), nlohmann::json::parse(kPort0Json));
+    EXPECT_EQ(jsonFrom({"ports", "show", "0"}), support::parseJson(kPort0Json));
     EXPECT_EQ(terseFrom({"ports", "show", "23"}), port23Terse(""));
 }
 
@@ -176,7 +176,7 @@ TEST(Nouns, ABoxHasNoBlades) {
 
 TEST(Nouns, AccountsInAllThreeForms) {
     EXPECT_EQ(runDcache({"accounts"}).out, "ACCOUNT\nadmin\noperator\nmonitor\n");
-    EXPECT_EQ(jsonFrom({"accounts"}), nlohmann::json::parse(R"({
+    EXPECT_EQ(jsonFrom({"accounts"}), support::parseJson(R"({
         "accounts": [{"name": "admin"}, {"name": "operator"}, {"name": "monitor"}]})"));
     EXPECT_EQ(terseFrom({"accounts"}), "accounts.1.name=admin\naccounts.2.name=operator\naccounts.3.name=monitor\n");
 }

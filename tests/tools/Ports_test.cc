@@ -97,13 +97,13 @@ TEST_F(Ports, AStateThatNoPortIsInLeavesASentenceAndAnEmptyArray) {
     const Report report = showPorts({false, "diagnostics"});
     EXPECT_THAT(render(report, Format::table, false), StartsWith("No port is in state \"diagnostics\".\n\n24 ports: "));
     EXPECT_EQ(render(report, Format::terse, false), "");
-    EXPECT_EQ(dcache::jsonOf(report), nlohmann::json::parse(R"({"ports": []})"));
+    EXPECT_EQ(dcache::jsonOf(report), support::parseJson(R"({"ports": []})"));
 }
 
 TEST_F(Ports, AnAbsentPortHasNoNameTypeOrTransceiver) {
     EXPECT_EQ(lineOf(5),
               "5     -                        absent (0)        -     -   -       -       -                 no");
-    EXPECT_EQ(jsonOf(5), nlohmann::json::parse(R"({
+    EXPECT_EQ(jsonOf(5), support::parseJson(R"({
         "index": 5, "wwn": null, "operationalStatus": [0], "state": "absent", "type": null, "cimType": 0,
         "hardwareType": null, "cimHardwareType": 0, "transceiverFormat": null, "vendorOui": null,
         "vendorSerial": null, "diagnostics": false})"));

@@ -21,6 +21,8 @@
 #include <utility>
 #include <vector>
 
+#include "tests/support/OwnDirectory.h"
+
 namespace support {
 
 using Arguments = std::vector<std::string>;
@@ -46,19 +48,8 @@ inline void setVariable(const std::string &name, const std::string &value) {
     setenv(name.c_str(), value.c_str(), 1); // NOLINT(concurrency-mt-unsafe): see above
 }
 
-/// The directory of the test program.
-inline std::string ownDirectory() {
-    std::array<char, 4096> path = {};
-    const ssize_t length = readlink("/proc/self/exe", path.data(), path.size());
-    if (length <= 0)
-        throw std::runtime_error("no /proc/self/exe");
-    const std::string program(path.data(), static_cast<size_t>(length));
-    return program.substr(0, program.rfind('/'));
-}
-
-/// One run of the program, of the file DCACHE_PROGRAM seen from the test program's directory, behind the words of
-/// DCACHE_EMULATOR (with blanks between; none on the machine it was built for). A run that takes longer than a minute is
-/// killed.
+/// One run of the program, of the file DCACHE_PROGRAM seen from the test program's directory, behind the words of DCACHE_EMULATOR (with blanks between; none on
+/// the machine it was built for). A run that takes longer than a minute is killed.
 class DcacheRun {
 public:
     explicit DcacheRun(const Arguments &arguments, Stdout kind = Stdout::pipe, const Environment &environment = {}) {
@@ -88,13 +79,9 @@ public:
 
     void sendSignal(int number) { kill(_pid, number); }
 
-    /// Reads until stderr holds the text; false when the program ends first.
-    bool waitForStderr(const std::string &text) {
-        while (_err.text.find(text) == std::string::npos)
-            if (!readMore())
-                return false;
-        return true;
-    }
+    /// Reads until stderr, or stdout, holds the text; false when the program ends first.
+    bool waitForStderr(const std::string &text) { return waitFor(_err, text); }
+    bool waitForStdout(const std::string &text) { return waitFor(_out, text); }
 
     /// Reads to the end; the exit code, or 1000 plus the signal that ended it.
     int wait() {
@@ -190,6 +177,13 @@ private:
             stream.text.append(buffer.data(), static_cast<size_t>(count));
         else if (count == 0 || errno != EINTR) // a terminal's end is an error, EIO
             closeStream(stream);
+    }
+
+    bool waitFor(const Stream &stream, const std::string &text) {
+        while (stream.text.find(text) == std::string::npos)
+            if (!readMore())
+                return false;
+        return true;
     }
 
     /// Waits for more; false when both streams have ended. Throws when the minute is over.

@@ -178,7 +178,7 @@ TEST(SettingsCommandLine, AllThreeFormsAndBothWaysToAsk) {
     EXPECT_EQ(shown.exitCode, 0);
     EXPECT_THAT(shown.err, IsEmpty());
     EXPECT_EQ(runDcache({"settings", "show"}).out, shown.out);
-    const auto values = nlohmann::json::parse(runDcache({"settings", "-o", "json"}).out);
+    const auto values = support::parseJson(runDcache({"settings", "-o", "json"}).out);
     EXPECT_EQ(values.size(), allSettings().size() + 1) << "and the description";
     EXPECT_THAT(runDcache({"settings", "-o", "terse"}).out, HasSubstr("\nsnmpReadCommunitySet=true\n"));
     EXPECT_THAT(runDcache({"settings", "show", "--secrets", "-o", "terse"}).out,

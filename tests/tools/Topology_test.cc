@@ -1,8 +1,8 @@
 // `dcache topology`: commands/topology.cc.
 #include <gmock/gmock.h>
-#include <nlohmann/json.hpp>
 
 #include "sim/Simulator.h"
+#include "tests/tools/Json.h"
 #include "tests/tools/RunDcache.h"
 #include "tools/dcache/commands/commands.h"
 #include "tools/dcache/failure.h"
@@ -57,7 +57,7 @@ TEST(Topology, PicturesOfAllThreeSizesHaveAllSwitchesAndLinks) {
 TEST(Topology, ForProgramsAndScriptsItIsSwitchesAndLinks) {
     const auto twin = sim::create("fabric-2");
     const std::string json = showTopology(Picture::text, Lines::ascii, Format::json, false);
-    EXPECT_EQ(nlohmann::json::parse(json), nlohmann::json::parse(R"({
+    EXPECT_EQ(support::parseJson(json), support::parseJson(R"({
         "fabricWwn": "10:00:00:C0:DD:02:A0:01", "outOfReach": [],
         "switches": [
         {"domain": 1, "wwn": "10:00:00:C0:DD:02:A0:01", "portCount": 24, "local": true, "principal": true},
@@ -83,13 +83,12 @@ TEST(Topology, LinksToldInOtherWaysAreForProgramsToo) {
     answer("Oper.Eport.LsdbRecord.2.Link.0.Neighbor", "the attic");
     answer("Oper.Eport.LsdbRecord.2.Link.1.LocalPort", "bb_3");
     answer("Oper.Eport.LsdbRecord.2.Link.1.Neighbor", "7:1");
-    const auto object = nlohmann::json::parse(showTopology(Picture::text, Lines::ascii, Format::json, false));
-    EXPECT_EQ(object.at("links"), nlohmann::json::parse(R"([
+    const auto object = support::parseJson(showTopology(Picture::text, Lines::ascii, Format::json, false));
+    EXPECT_EQ(object.at("links"), support::parseJson(R"([
         {"domain": 1, "port": 16, "neighbourDomain": 2, "neighbourPort": null, "toldByBoth": false},
         {"domain": 2, "port": "bb_3", "neighbourDomain": 7, "neighbourPort": 1, "toldByBoth": false}])"));
-    EXPECT_EQ(object.at("strayLinks"),
-              nlohmann::json::parse(R"([{"domain": 2, "port": 16, "neighbour": "the attic"}])"));
-    EXPECT_EQ(object.at("outOfReach"), nlohmann::json::parse("[7]"));
+    EXPECT_EQ(object.at("strayLinks"), support::parseJson(R"([{"domain": 2, "port": 16, "neighbour": "the attic"}])"));
+    EXPECT_EQ(object.at("outOfReach"), support::parseJson("[7]"));
 }
 
 TEST(Topology, ASwitchThatLinksNoLongerLeadToIsOutOfReach) {

@@ -1,7 +1,8 @@
 // `dcache watch` from outside.
+#include <fstream>
 #include <gmock/gmock.h>
-#include <nlohmann/json.hpp>
 
+#include "tests/tools/Json.h"
 #include "tests/tools/RunDcache.h"
 
 using support::DcacheRun;
@@ -12,7 +13,14 @@ using testing::IsEmpty;
 
 namespace {
 
-const support::Arguments kFastDemo = {"watch", "--story", "demo", "--speed", "20"};
+// A step of some seconds, at this speed, is over before the cache has come to rest after it.
+const support::Arguments kFastDemo = {"watch", "--scenario", "demo", "--speed", "10000"};
+
+support::Outcome played(const std::string &scenario, const support::Arguments &more = {}) {
+    support::Arguments arguments = {"watch", "--scenario", scenario, "--speed", "10000"};
+    arguments.insert(arguments.end(), more.begin(), more.end());
+    return runDcache(arguments);
+}
 
 const std::string kDemo = R"(TIME  switch  port 16 comes up: a cable to another switch
 TIME  event   port 16 went from offline to online
@@ -75,9 +83,9 @@ TIME  switch  the I/O blade is pulled out of slot 7
 TIME  event   I/O blade removed from slot 7
 TIME  switch  a fan blade is put into slot 7
 TIME  event   fan blade inserted in slot 7
-TIME  switch  the account "ann" is added
+TIME  switch  the account ann is added
 TIME  event   user account "ann" added
-TIME  switch  the account "ann" is removed
+TIME  switch  the account ann is removed
 TIME  event   user account "ann" removed
 TIME  switch  power supply 2 goes bad
 TIME  event   power supply 2 failed, 1 of 2 good
@@ -94,25 +102,25 @@ TIME  event   switch status Stopped -> OK
 TIME  switch  a self-test fails: FW_POST_FAIL in the fault list
               (no event: the fault list is read with the chassis, next time)
 TIME  switch  fan 1 runs again
-              (no event: the fault list is read now, the switch status not yet)
+              (no event: fans are kept up to date, but raise no events)
 TIME  switch  the FCoE feature is turned on
 TIME  event   switch status OK, no faults -> Error, self-test failed
-TIME  switch  a login as "guest" is refused
+TIME  switch  a login as guest is refused
 TIME  event   login of user "guest" failed
 TIME  switch  the CPU overheats
 TIME  event   temperature alarm: too hot, CPU0 sensor
 )";
 
-const std::string kZoning = R"(TIME  switch  another client commits zone set "day" with a zone
+const std::string kZoning = R"(TIME  switch  another client commits zone set day with a zone
 TIME  event   zoning database changed
-TIME  switch  it activates "day"
+TIME  switch  it activates day
 TIME  event   zone set "day" is active now
-TIME  switch  it adds a second zone to "day"
+TIME  switch  it adds a second zone to day
 TIME  event   active zone set "day" changed
 TIME  event   zoning database changed
-TIME  switch  it commits another zone set, "night"
+TIME  switch  it commits another zone set, night
 TIME  event   zoning database changed
-TIME  switch  it activates "night"
+TIME  switch  it activates night
 TIME  event   zone set "night" is active now, was "day"
 TIME  switch  the switch announces a change of zoning that is none
               (no event: both checksums are what they were, so nothing is read)
@@ -154,36 +162,64 @@ TEST(Watch, TheDemoShowsWhatHappensAndWhatTheCacheMakesOfIt) {
     EXPECT_THAT(run.err, HasSubstr("12 changes on the switch raised 28 events"));
 }
 
-TEST(Watch, TheStoryOfTheDirectorIsAboutPortsPowerAndFaults) {
-    const auto run = runDcache({"watch", "--story", "director", "--speed", "20"});
+TEST(Watch, TheDirectorOnABadDayIsAboutPortsPowerAndFaults) {
+    const auto run = played("director");
     EXPECT_EQ(run.exitCode, 0);
     EXPECT_EQ(support::withoutTimes(run.out), kDirector);
     EXPECT_THAT(run.err, HasSubstr("Connected to switch 10:00:00:C0:DD:00:A8:00, status OK.\n"));
     EXPECT_THAT(run.err, HasSubstr("22 changes on the switch raised 15 events"));
 }
 
-TEST(Watch, TheStoryOfTheBladesShowsWhatComesAndGoesWithThem) {
-    const auto run = runDcache({"watch", "--story", "blades", "--speed", "20"});
+TEST(Watch, TheBladesOfADirectorShowWhatComesAndGoesWithThem) {
+    const auto run = played("director-8-blades");
     EXPECT_EQ(run.exitCode, 0);
-    EXPECT_EQ(support::withoutTimes(run.out),
-              "TIME  switch  the I/O blade is pulled out of slot 1\n"
-              "              (no event: the cache follows the last slot; ports go silently)\n"
-              "TIME  switch  it is put back, with its 16 ports\n" +
-                  portsThatAppear(0) +
-                  "TIME  switch  the I/O blade is pulled out of slot 7\n"
-                  "TIME  event   I/O blade removed from slot 7\n"
-                  "TIME  switch  a CPU blade is put into slot 7\n"
-                  "TIME  event   CPU blade inserted in slot 7\n"
-                  "TIME  switch  it makes way for an I/O blade with 16 ports\n"
-                  "TIME  event   I/O blade inserted in slot 7\n"
-                  "TIME  event   CPU blade removed from slot 7\n" +
-                  portsThatAppear(48));
+    const std::string out = support::withoutTimes(run.out);
+    EXPECT_THAT(out, testing::StartsWith("TIME  switch  the I/O blade of slot 7 fails its diagnosis\n"
+                                         "TIME  event   switch status OK, faults not read -> OK, no faults\n"
+                                         "TIME  switch  the I/O blade is pulled out of slot 7\n"
+                                         "TIME  event   I/O blade removed from slot 7\n"));
+    const size_t last = out.find("TIME  switch  the I/O blade is pulled out of slot 1");
+    ASSERT_NE(last, std::string::npos);
+    EXPECT_EQ(out.substr(last), "TIME  switch  the I/O blade is pulled out of slot 1\n"
+                                "              (no event: the cache follows the last slot; ports go silently)\n"
+                                "TIME  switch  it is put back, with its 16 ports\n" +
+                                    portsThatAppear(0) +
+                                    "TIME  switch  the I/O blade is pulled out of slot 7\n"
+                                    "TIME  event   I/O blade removed from slot 7\n"
+                                    "TIME  switch  a CPU blade is put into slot 7\n"
+                                    "TIME  event   CPU blade inserted in slot 7\n"
+                                    "TIME  switch  it makes way for an I/O blade with 16 ports\n"
+                                    "TIME  event   I/O blade inserted in slot 7\n"
+                                    "TIME  event   CPU blade removed from slot 7\n" +
+                                    portsThatAppear(48));
 }
 
-TEST(Watch, StoriesFitEightyColumns) {
-    for (const char *story : {"demo", "director", "blades", "zoning"})
-        for (const std::string &line : support::lines(runDcache({"watch", "--story", story, "--speed", "20"}).out))
-            EXPECT_LE(line.size(), 80u) << line;
+TEST(Watch, AScenarioOfOnesOwnIsPlayedToo) {
+    std::ofstream("/tmp/own.toml") << ("[[step]]\n"
+                                       "at = 5\n"
+                                       "do = ['port 3 offline', 'port 99 offline', 'keys Oper.Chassis.0.Fan.*']\n"
+                                       "[[step]]\n"
+                                       "at = 6\n"
+                                       "do = 'fan 0 bad'\n");
+    const auto run = played("/tmp/own.toml");
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_EQ(support::withoutTimes(run.out), "TIME  switch  port 3 offline\n"
+                                              "TIME  switch  keys Oper.Chassis.0.Fan.*\n"
+                                              "TIME  switch  Oper.Chassis.0.Fan.0\n"
+                                              "TIME  switch  Oper.Chassis.0.Fan.1\n"
+                                              "TIME  switch  Oper.Chassis.0.Fan.2\n"
+                                              "TIME  event   port 3 went from online to offline\n"
+                                              "TIME  switch  fan 0 bad\n"
+                                              "              (no event: fans are kept up to date, but raise no "
+                                              "events)\n");
+    EXPECT_THAT(run.err, HasSubstr("dcache: /tmp/own.toml:3:25: port 99 offline: there is no port 99"));
+}
+
+TEST(Watch, TheClockOfTheSwitchGoesAtTheSpeedOfTheScenario) {
+    std::ofstream("/tmp/slow.toml") << "[[step]]\nat = 100\ndo = 'port 3 offline'\n";
+    const auto begin = std::chrono::steady_clock::now();
+    EXPECT_EQ(runDcache({"watch", "--scenario", "/tmp/slow.toml", "--speed", "250"}).exitCode, 0);
+    EXPECT_GE(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(400));
 }
 
 TEST(Watch, EachLineOfTheDemoAsJsonIsAnObject) {
@@ -192,7 +228,7 @@ TEST(Watch, EachLineOfTheDemoAsJsonIsAnObject) {
     std::vector<std::string> kinds;
     std::vector<nlohmann::json> events;
     for (const std::string &line : support::lines(run.out)) {
-        const auto object = nlohmann::json::parse(line);
+        const auto object = support::parseJson(line);
         EXPECT_THAT(object.at("time").get<std::string>(),
                     testing::MatchesRegex("....-..-..T..:..:..\\....Z")); // 2026-03-01T09:05:07.004Z
         kinds.push_back(object.at("kind"));
@@ -203,15 +239,14 @@ TEST(Watch, EachLineOfTheDemoAsJsonIsAnObject) {
     ASSERT_EQ(events.size(), 28u);
     EXPECT_EQ(events[0].at("type"), 12);
     EXPECT_EQ(events[0].at("name"), "PortStatusChange");
-    EXPECT_EQ(events[0].at("fields"), nlohmann::json::parse(R"({
+    EXPECT_EQ(events[0].at("fields"), support::parseJson(R"({
         "switchWwn": "10:00:00:C0:DD:00:A1:B2", "portWwn": "20:10:00:C0:DD:00:A1:B2",
         "fabricWwn": "10:00:00:C0:DD:00:A1:B2", "prevStatus": [10], "newStatus": [2]})"));
     EXPECT_EQ(events[1].at("name"), "SwitchAdd");
-    EXPECT_EQ(events[1].at("fields"), nlohmann::json::parse(R"({
+    EXPECT_EQ(events[1].at("fields"), support::parseJson(R"({
         "fabricWwn": "10:00:00:C0:DD:00:A1:B2", "switchWwn": "10:00:00:C0:DD:00:B2:01"})"));
-    EXPECT_EQ(events[2].at("fields"),
-              nlohmann::json::parse(R"({"fabricWwn": "10:00:00:C0:DD:00:A1:B2", "added": true})"));
-    EXPECT_EQ(events[3].at("fields"), nlohmann::json::parse(R"({
+    EXPECT_EQ(events[2].at("fields"), support::parseJson(R"({"fabricWwn": "10:00:00:C0:DD:00:A1:B2", "added": true})"));
+    EXPECT_EQ(events[3].at("fields"), support::parseJson(R"({
         "ownerWwn": "10:00:00:C0:DD:00:A1:B2", "portWwn": "21:00:00:E0:8B:00:20:00", "origin": 1})"));
 }
 
@@ -253,8 +288,8 @@ TEST(Watch, AllEventsAreThoseOfTheFirstLoadAndThatItIsComplete) {
                                                                     "date\n"));
 }
 
-TEST(Watch, AllEventsOfAStoryAreNotCountedAllTheSame) {
-    const auto run = runDcache({"watch", "--story", "zoning", "--speed", "20", "--all"});
+TEST(Watch, AllEventsOfAScenarioAreNotCountedAllTheSame) {
+    const auto run = played("zoning", {"--all"});
     EXPECT_EQ(run.exitCode, 0);
     const std::string out = support::withoutTimes(run.out);
     EXPECT_THAT(out, HasSubstr("TIME  event   zone set \"day\" is active now\n"
@@ -263,20 +298,20 @@ TEST(Watch, AllEventsOfAStoryAreNotCountedAllTheSame) {
     EXPECT_THAT(run.err, HasSubstr("7 changes on the switch raised 7 events"));
 }
 
-TEST(Watch, TheStoryOfZoningIsAboutAnotherClient) {
-    const auto run = runDcache({"watch", "--story", "zoning", "--speed", "20"});
+TEST(Watch, ZoningIsAboutAnotherClient) {
+    const auto run = played("zoning");
     EXPECT_EQ(run.exitCode, 0);
     EXPECT_EQ(support::withoutTimes(run.out), kZoning);
     EXPECT_THAT(run.err, HasSubstr("7 changes on the switch raised 7 events"));
 }
 
-TEST(Watch, EndsAfterTheTimeGivenAlthoughTheStoryGoesOn) {
+TEST(Watch, EndsAfterTheTimeGivenAlthoughTheScenarioGoesOn) {
     const auto begin = std::chrono::steady_clock::now();
-    const auto run = runDcache({"watch", "--story", "demo", "--speed", "0.1", "--for", "0.5"});
+    const auto run = runDcache({"watch", "--scenario", "demo", "--speed", "0.1", "--for", "0.5"});
     EXPECT_EQ(run.exitCode, 0);
     EXPECT_GE(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(500));
-    EXPECT_THAT(run.out, IsEmpty()) << "the first step comes after eleven seconds at this speed";
-    EXPECT_EQ(run.err.find("story is over"), std::string::npos);
+    EXPECT_THAT(run.out, IsEmpty()) << "the first step comes after a hundred seconds at this speed";
+    EXPECT_EQ(run.err.find("scenario is over"), std::string::npos);
 }
 
 TEST(Watch, ASignalEndsItWithSuccess) {

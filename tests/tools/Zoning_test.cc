@@ -84,13 +84,12 @@ TEST_F(Zoning, ForProgramsAndScripts) {
     const Report report = showZoning(false);
     const nlohmann::json json = jsonOf(report);
     EXPECT_EQ(json.at("activeZoneset"), "day");
-    EXPECT_EQ(json.at("zonesets"), nlohmann::json::parse(R"([
+    EXPECT_EQ(json.at("zonesets"), support::parseJson(R"([
         {"name": "day", "active": true, "zones": ["db", "mail"]}, {"name": "night", "active": false, "zones": ["db"]}])"));
-    EXPECT_EQ(json.at("zones").at(0), nlohmann::json::parse(R"({"name": "db", "type": "acl",
+    EXPECT_EQ(json.at("zones").at(0), support::parseJson(R"({"name": "db", "type": "acl",
         "members": ["10:00:00:00:C9:2B:44:01", "1:7", "010A00", "alias tape"]})"));
-    EXPECT_EQ(json.at("aliases"),
-              nlohmann::json::parse(R"([{"name": "tape", "members": ["50:06:01:60:3B:A0:11:22"]}])"));
-    EXPECT_EQ(json.at("limits").at(3), nlohmann::json::parse(R"({"what": "members", "used": 7, "limit": 12000})"));
+    EXPECT_EQ(json.at("aliases"), support::parseJson(R"([{"name": "tape", "members": ["50:06:01:60:3B:A0:11:22"]}])"));
+    EXPECT_EQ(json.at("limits").at(3), support::parseJson(R"({"what": "members", "used": 7, "limit": 12000})"));
     EXPECT_THAT(
         render(report, Format::terse, false),
         StartsWith("activeZoneset=day\nzonesets.1.name=day\nzonesets.1.active=true\nzonesets.1.zones=db,mail\n"));
@@ -147,7 +146,7 @@ TEST_F(Zoning, AScriptIsComparedWithoutTheSwitchHearingOfIt) {
     EXPECT_EQ(tableOf(diffZoning(kEdits)), kChanges);
     for (const sim::Record &record : _switch->records())
         EXPECT_EQ(record.call.find("smlSet"), std::string::npos) << record.line();
-    EXPECT_EQ(jsonOf(diffZoning("delete alias tape")).at("changes").at(0), nlohmann::json::parse(R"({
+    EXPECT_EQ(jsonOf(diffZoning("delete alias tape")).at("changes").at(0), support::parseJson(R"({
         "change": "removed", "object": "alias", "name": "tape", "part": "", "value": ""})"));
 }
 
@@ -254,7 +253,7 @@ TEST(ZoningCommandLine, ARunTellsItsProgressBesideItsData) {
                        "line 3: add zone day web\n"
                        "line 4: remove everywhere 1:7\n"
                        "line 5: commit\n");
-    EXPECT_EQ(nlohmann::json::parse(run.out).at("committed"), true);
+    EXPECT_EQ(support::parseJson(run.out).at("committed"), true);
 }
 
 TEST(ZoningCommandLine, ADryRunAndADiffShowTheDifference) {

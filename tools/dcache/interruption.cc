@@ -29,12 +29,14 @@ extern "C" void handleSignal(int) {
     wakeUp(signalPipe);
 }
 
-/// Milliseconds for poll(), rounded up so that it does not return early; -1 for no end.
+/// Milliseconds for poll(), rounded up so that it does not return early. A second at most: debuggers and sanitizers may
+/// hold a signal back until a call returns.
 int pollTime(std::optional<std::chrono::steady_clock::time_point> until) {
+    constexpr int second = 1000;
     if (!until)
-        return -1;
+        return second;
     const auto left = std::chrono::ceil<std::chrono::milliseconds>(*until - std::chrono::steady_clock::now()).count();
-    return static_cast<int>(std::clamp<decltype(left)>(left, 0, 60'000));
+    return static_cast<int>(std::clamp<decltype(left)>(left, 0, second));
 }
 
 } // namespace

@@ -133,13 +133,35 @@ void Journal::close() {
     _open = false;
 }
 
+void Journal::beginSwitchChange() {
+    const std::lock_guard<std::mutex> lock(_mutex);
+    _changeSince = std::chrono::system_clock::now();
+}
+
+void Journal::endSwitchChange() {
+    const std::lock_guard<std::mutex> lock(_mutex);
+    _changeSince.reset();
+    for (const Entry &entry : std::exchange(_waiting, {}))
+        _write(entry);
+}
+
 void Journal::_tell(EntryKind kind, const EventDescription &event) {
     const std::lock_guard<std::mutex> lock(_mutex);
+    const Entry entry = {std::chrono::system_clock::now(), kind, event};
+    if (!_changeSince)
+        _write(entry);
+    else if (kind == EntryKind::event)
+        _waiting.push_back(entry);
+    else
+        _write({*_changeSince, kind, event});
+}
+
+void Journal::_write(const Entry &entry) {
     if (!_open)
         return;
     try {
-        _output.print(render({std::chrono::system_clock::now(), kind, event}, _format, _colour));
-        _events += kind == EntryKind::event && event.tellsChange ? 1 : 0;
+        _output.print(render(entry, _format, _colour));
+        _events += entry.kind == EntryKind::event && entry.event.tellsChange ? 1 : 0;
     } catch (const OutputFailed &failure) {
         _open = false;
         _onFailure(failure.error);

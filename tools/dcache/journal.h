@@ -16,6 +16,7 @@
 #include <chrono>
 #include <functional>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -41,6 +42,11 @@ public:
     /// `onFailure` gets the error number of a write that failed, at most once.
     Journal(Output &output, Format format, std::function<void(int)> onFailure);
 
+    /// What is told of the switch from now on happens now, although it is known only later: events that it raises
+    /// meanwhile wait, and stand behind it.
+    void beginSwitchChange();
+    void endSwitchChange();
+
     /// Something happens on the switch.
     void tellSwitchChange(const std::string &words);
     /// The cache delivered an event.
@@ -56,6 +62,7 @@ public:
 
 private:
     void _tell(EntryKind kind, const EventDescription &event);
+    void _write(const Entry &entry);
 
     mutable std::mutex _mutex;
     Output &_output;
@@ -64,6 +71,8 @@ private:
     std::function<void(int)> _onFailure;
     unsigned long _events = 0;
     bool _open = true;
+    std::optional<std::chrono::system_clock::time_point> _changeSince;
+    std::vector<Entry> _waiting; ///< events during the change
 };
 
 } // namespace dcache

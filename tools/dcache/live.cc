@@ -2,13 +2,14 @@
 
 #include <algorithm>
 #include <fmt/format.h>
+#include <sstream>
 #include <string>
 
 #include "tools/dcache/cache.h"
 #include "tools/dcache/failure.h"
 #include "tools/dcache/interruption.h"
 #include "tools/dcache/journal.h"
-#include "tools/dcache/simulator.h"
+#include "tools/dcache/quiet.h"
 #include "tools/dcache/words.h"
 
 namespace dcache {
@@ -19,6 +20,7 @@ using Clock = std::chrono::steady_clock;
 constexpr std::chrono::milliseconds kGlance{2};       // between two looks at the cache
 constexpr std::chrono::milliseconds kCalm{30};        // without another pass: the cache is at rest
 constexpr std::chrono::milliseconds kPatience{10000}; // for the cache to come to rest
+constexpr std::chrono::milliseconds kNod{100};        // between two looks at the switch's clock, which may be stopped
 
 // The cache's callback takes no context. Never destroyed: the EVAL thread may still run while the process ends.
 Journal *theJournal = nullptr;
@@ -101,6 +103,10 @@ void say(const std::string &line) {
     fmt::print(stderr, "{}\n", line);
 }
 
+std::string counted(unsigned long count, const char *thing) {
+    return fmt::format("{} {}{}", count, thing, count == 1 ? "" : "s");
+}
+
 std::string areas(bool good) {
     const CacheLock cache;
     std::string list;
@@ -113,7 +119,7 @@ std::string areas(bool good) {
 }
 
 /// What the watch begins with. Not data: it goes to stderr.
-void greet(const Story *story) {
+void greet(const sim::Play *play) {
     const CacheLock cache;
     if (cache->isAreaGood(DataCacheArea::switchInfo))
         say(fmt::format("Connected to switch {}, status {}.", colonForm(cache->getRootSwitchWorldWideName()),
@@ -125,42 +131,85 @@ void greet(const Story *story) {
     say(fmt::format("Loaded into the cache: {}.", good.empty() ? "nothing yet" : good));
     if (!missing.empty())
         say(fmt::format("Not loaded, so not ready as a whole: {}.", missing));
-    if (story != nullptr)
-        say(fmt::format("Story \"{}\": what happens on the simulated switch, and the events it raises.\n",
-                        story->name));
+    if (play != nullptr)
+        say(fmt::format("Scenario \"{}\": what happens on the simulated switch, and the events it raises.\n",
+                        printable(play->name())));
 }
 
-/// One step, told, made to happen, and waited for; false when the watch is over.
-bool playStep(const Step &step, TimeFrame &time, sim::Simulator &simulator) {
-    const unsigned long before = theJournal->eventCount();
-    theJournal->tellSwitchChange(step.words);
-    step.act(simulator);
-    const Rest rest = waitForRest(time, &simulator);
-    if (rest == Rest::notReached)
-        say("dcache: the cache is still at work on this after 10 seconds");
-    else if (rest == Rest::reached && theJournal->eventCount() == before)
-        theJournal->tellNoEvent(step.whyNoEvent != nullptr ? step.whyNoEvent : "");
-    return rest != Rest::cutShort;
-}
-
-/// The whole story; false when the watch was over before it was.
-bool play(const Story &story, double speed, TimeFrame &time, sim::Simulator &simulator) {
-    const Clock::time_point begin = Clock::now();
-    for (size_t i = 0; i < story.steps.size(); ++i) {
-        const std::chrono::duration<double, std::milli> at(static_cast<double>(story.at(i).count()) / speed);
-        if (!time.waitUntil(begin + std::chrono::duration_cast<Clock::duration>(at)) ||
-            !playStep(story.steps[i], time, simulator))
+/// Waits until the switch's clock shows this time; false when the watch is over before.
+bool waitForUptime(std::chrono::milliseconds uptime, TimeFrame &time, const sim::Simulator &device) {
+    for (auto left = uptime - device.clock(); left.count() > 0; left = uptime - device.clock()) {
+        const std::chrono::duration<double, std::milli> real(static_cast<double>(left.count()) / device.speed());
+        const auto glance = std::clamp(std::chrono::ceil<std::chrono::milliseconds>(real), kGlance, kNod);
+        if (!time.waitUntil(Clock::now() + glance))
             return false;
     }
-    say(fmt::format("\nThe story is over: {} changes on the switch raised {} events.", story.steps.size(),
-                    theJournal->eventCount()));
     return true;
 }
+
+/// Plays a scenario, telling what happens and whether the cache has something to say about it.
+class Performance {
+public:
+    Performance(sim::Play &play, TimeFrame &time) : _play(play), _time(time) {}
+
+    /// The whole scenario; false when the watch was over before it was.
+    bool run() {
+        while (const auto due = _play.next())
+            if (!waitForUptime(*due, _time, _play.device()) || !playStep())
+                return false;
+        say(fmt::format("\nThe scenario is over: {} on the switch raised {}.", counted(_changes, "change"),
+                        counted(theJournal->eventCount(), "event")));
+        return true;
+    }
+
+private:
+    /// One step, told, made to happen, and waited for; false when the watch is over.
+    bool playStep() {
+        const unsigned long before = theJournal->eventCount();
+        const std::string name = _play.nextName();
+        theJournal->beginSwitchChange();
+        if (!name.empty())
+            theJournal->tellSwitchChange(printable(name));
+        const std::string why = tell(_play.play(), name.empty());
+        theJournal->endSwitchChange();
+        const Rest rest = waitForRest(_time, &_play.device());
+        if (rest == Rest::notReached)
+            say("dcache: the cache is still at work on this after 10 seconds");
+        else if (rest == Rest::reached && theJournal->eventCount() == before)
+            theJournal->tellNoEvent(why);
+        return rest != Rest::cutShort;
+    }
+
+    /// Tells what was carried out; why it may have raised no event.
+    std::string tell(const std::vector<sim::Played> &step, bool withCommands) {
+        std::string why;
+        for (const sim::Played &played : step) {
+            if (played.isRefused()) {
+                say(fmt::format("dcache: {}: {}: {}", played.where, printable(played.command), played.error));
+                continue;
+            }
+            if (withCommands)
+                theJournal->tellSwitchChange(printable(played.command));
+            std::istringstream told(played.told);
+            for (std::string line; std::getline(told, line);)
+                theJournal->tellSwitchChange(printable(line));
+            if (why.empty())
+                why = whyNoEvent(played.command);
+        }
+        _changes += 1;
+        return why;
+    }
+
+    sim::Play &_play;
+    TimeFrame &_time;
+    unsigned long _changes = 0;
+};
 
 } // namespace
 
 void watch(const WatchOptions &options, Output &output) {
-    const SimulatorHold simulator = options.story != nullptr ? makeSimulator(options.story->profile) : nullptr;
+    if (options.play != nullptr)
+        options.play->device().setPace(sim::Pace::running, options.speed);
     connect();
 
     Interruption interruption(output.descriptor());
@@ -170,10 +219,10 @@ void watch(const WatchOptions &options, Output &output) {
     CacheLock()->start(tellEvent);
 
     TimeFrame time(interruption, options.duration);
-    if (waitForRest(time, simulator.get()) != Rest::cutShort) {
-        greet(options.story);
-        const bool wholeStory = options.story != nullptr && play(*options.story, options.speed, time, *simulator);
-        if (!wholeStory || options.duration)
+    if (waitForRest(time, options.play != nullptr ? &options.play->device() : nullptr) != Rest::cutShort) {
+        greet(options.play);
+        const bool wholePlay = options.play != nullptr && Performance(*options.play, time).run();
+        if (!wholePlay || options.duration)
             time.waitForEnd();
     }
     if (interruption.error() != 0)

@@ -6,6 +6,7 @@
 #include <fmt/format.h>
 #include <system_error>
 
+#include "sim/scenario/Player.h"
 #include "sim/scenario/Shipped.h"
 #include "sim/verbs/perform.h"
 #include "tools/dcache/failure.h"
@@ -109,11 +110,33 @@ std::unique_ptr<sim::Simulator> makeDevice(const sim::Scenario &scenario, uint64
     return device;
 }
 
+namespace {
+
+/// What the scenario's switch refuses when each step is tried at its first time: a line for each command.
+std::vector<std::string> refusedCommands(sim::Scenario scenario) {
+    for (sim::ScenarioStep &step : scenario.steps)
+        step.every = std::chrono::milliseconds::zero();
+    const auto device = sim::makeSwitch(scenario);
+    sim::Player player(*device, scenario);
+    std::vector<std::string> lines;
+    while (player.next()) {
+        device->setPace(sim::Pace::byHand); // whatever pace a step has chosen
+        for (const sim::Played &played : player.playNext())
+            if (played.isRefused())
+                lines.push_back(played.line());
+    }
+    return lines;
+}
+
+} // namespace
+
 bool validate(const std::vector<std::string> &files, dcache::Output &output) {
     bool isGood = true;
     for (const std::string &file : files) {
         try {
             const sim::Scenario scenario = scenarioNamed(file);
+            if (const std::vector<std::string> refused = refusedCommands(scenario); !refused.empty())
+                throw sim::ScenarioError(refused);
             const size_t steps = scenario.steps.size();
             output.print(fmt::format("{}: good, {} step{}\n", shownName(file), steps, steps == 1 ? "" : "s"));
         } catch (const sim::ScenarioError &error) {

@@ -94,9 +94,9 @@ TEST(DoctorsDiagnosis, IsToldToPrograms) {
     findings.registrations[0].result = 22;
     const auto values = jsonOf(diagnosisOf(findings).report);
     EXPECT_EQ(values.at("healthy"), false);
-    EXPECT_EQ(values.at("checks").at(0), nlohmann::json::parse(R"({
+    EXPECT_EQ(values.at("checks").at(0), support::parseJson(R"({
         "check": "connection", "state": "good", "detail": "the switch answers"})"));
-    EXPECT_EQ(values.at("registrations"), nlohmann::json::parse(R"([
+    EXPECT_EQ(values.at("registrations"), support::parseJson(R"([
         {"code": 79, "name": "ZOV_EVENT_NS_ENTRYADDED", "result": 22},
         {"code": 3, "name": "ZOV_EVENT_ZONE_CHANGE", "result": 0}])"));
 }

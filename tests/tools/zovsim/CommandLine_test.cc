@@ -68,6 +68,17 @@ TEST(Validate, KnowsTheShippedScenariosByTheirNames) {
     EXPECT_THAT(run("validate dmo").err, HasSubstr("there is no scenario 'dmo'; shipped are: demo, "));
 }
 
+TEST(Validate, TriesEveryStepOnceOnASwitchOfItsOwn) {
+    writeFile("/tmp/bad.toml", "[[step]]\nat = '23h'\nevery = 1\ndo = ['clock pace running', 'port 99 offline']\n"
+                               "[[step]]\nat = '24h'\ndo = 'port 98 offline'\n");
+    const Outcome outcome = run("validate /tmp/bad.toml");
+    EXPECT_EQ(outcome.exitCode, 1);
+    EXPECT_EQ(outcome.out, "");
+    EXPECT_THAT(outcome.err,
+                StartsWith("/tmp/bad.toml:4:29: 82800 s: port 99 offline: there is no port 99; the switch has 24"));
+    EXPECT_THAT(outcome.err, HasSubstr("\n/tmp/bad.toml:7:6: 86400 s: port 98 offline: there is no port 98; "));
+}
+
 TEST(Validate, FindsWhatOnlyTheSwitchKnows) {
     writeFile("/tmp/bad.toml", "[[port]]\nnumber = 99\nstate = 'Offline'\n");
     const Outcome outcome = run("validate - </tmp/bad.toml");

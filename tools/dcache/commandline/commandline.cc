@@ -43,7 +43,7 @@ int runCommandLine(int argc, char **argv) {
     app.footer("A noun alone shows it: \"dcache switch\" is \"dcache switch show\".\n"
                "Exit codes: 0 done, 1 failed, 2 usage; of zoning and config also 3 to 5, see\n"
                "their help.\n\n"
-               "Examples:\n  dcache watch --story demo\n  dcache ports --state offline");
+               "Examples:\n  dcache watch --scenario demo\n  dcache ports --state offline");
     try {
         app.parse(argc, argv);
     } catch (const CLI::CallForHelp &) {
@@ -61,11 +61,15 @@ int runCommandLine(int argc, char **argv) {
         return complain("a single port is shown whatever its state: leave out --state and --all");
     if (request.picture && request.format != "table")
         return complain("a drawing is for people: leave out --format, or the output format " + request.format);
+    if (request.scenario && request.profile)
+        return complain("a scenario brings its own switch: leave out --profile");
     try {
-        const bool isSimulated = request.profile || request.zoning;
-        const auto simulator = isSimulated ? makeSimulator(request.profile.value_or("fixed-24")) : nullptr;
+        const PlayHold play = request.scenario ? makePlay(*request.scenario) : nullptr;
+        const bool isOther = !play && (request.profile || request.zoning);
+        const auto simulator = isOther ? makeSimulator(request.profile.value_or("fixed-24")) : nullptr;
+        request.play = play.get();
         if (request.zoning)
-            giveZoning(*simulator, readInput(*request.zoning));
+            giveZoning(play ? play->device() : *simulator, readInput(*request.zoning));
         return request.run(formatNamed(request.format));
     } catch (const Misuse &misuse) {
         return complain(misuse.what());

@@ -41,6 +41,8 @@ void addCommon(CLI::App &command, Request &request) {
     command.add_option("-o,--output", request.format, "table (default), json or terse (for scripts)")
         ->check(CLI::IsMember(names).description(""))
         ->type_name("FORMAT");
+    command.add_option("--scenario", request.scenario, "Simulate this scenario's switch; watch plays it")
+        ->type_name("NAME|FILE");
     command.add_option("--profile", request.profile, "Simulate another switch, e.g. director-8")->type_name("NAME");
 }
 

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "tools/dcache/commands/commands.h"
+#include "tools/dcache/live.h"
 #include "tools/dcache/render.h"
 
 namespace dcache {
@@ -22,7 +23,9 @@ struct View {
 
 struct Request {
     std::string format = "table";
-    std::optional<std::string> profile; ///< of the simulated switch
+    std::optional<std::string> profile;  ///< of the simulated switch
+    std::optional<std::string> scenario; ///< likewise; a name or a file
+    sim::Play *play = nullptr;           ///< of the scenario, as long as the command runs
     PortFilter ports;
     std::optional<std::string> port;   ///< digits
     std::optional<std::string> domain; ///< likewise
@@ -35,8 +38,7 @@ struct Request {
     std::vector<std::string> edits; ///< of the configuration, KEY=VALUE each
     double wait = 10;               ///< of the doctor, in seconds
     double seconds = 0;
-    std::string story;
-    double speed = 1;
+    double speed = kUsualSpeed;
     bool allEvents = false;
     std::function<int(Format)> run; ///< does it, and returns the exit code
 };

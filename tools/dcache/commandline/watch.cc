@@ -5,17 +5,20 @@
 #include "tools/dcache/commandline/commandline.h"
 #include "tools/dcache/commandline/help.h"
 #include "tools/dcache/live.h"
-#include "tools/dcache/story.h"
 
 namespace dcache {
 namespace {
 
-std::string storiesAndExamples() {
-    std::string text = "Stories:\n";
-    for (const std::string &name : storyNames())
-        text += fmt::format("  {:<24}{}\n", name, findStory(name)->about);
-    return text + "\nExamples:\n  dcache watch --story demo --speed 2\n  dcache watch --for 60 -o json";
-}
+// clang-format off
+constexpr const char *kHelp =
+    "A scenario is what happens to the simulated switch; it is shown beside the\n"
+    "events that it raises. There are demo, a fabric on a bad day, director, zoning,\n"
+    "storm and others: a wrong name lists them. A FILE has a '/' in its name, ends in\n"
+    ".toml, or is - for the standard input.\n\n"
+    "--all shows the events of the first load, and that every area is up to date.\n"
+    "Without --for it ends with the scenario; without a scenario, on Ctrl-C.\n\n"
+    "Examples:\n  dcache watch --scenario demo --speed 20\n  dcache watch --for 60 -o json";
+// clang-format on
 
 } // namespace
 
@@ -24,30 +27,26 @@ void addWatch(CLI::App &app, Request &request, Output &output) {
     const CLI::Option *duration = command->add_option("--for", request.seconds, "End after so many seconds")
                                       ->check(between(0, 31536000))
                                       ->type_name("SECONDS");
-    CLI::Option *story = command->add_option("--story", request.story, "Play a story on the simulated switch")
-                             ->check(CLI::IsMember(storyNames()).description(""))
-                             ->type_name("NAME");
-    command->add_option("--speed", request.speed, "Play the story so many times faster")
-        ->check(between(0.1, 100))
-        ->type_name("FACTOR")
-        ->needs(story);
+    const CLI::Option *speed =
+        command
+            ->add_option("--speed", request.speed,
+                         fmt::format("Play the scenario so many times faster, {} by default", kUsualSpeed))
+            ->check(between(0.1, 10000))
+            ->type_name("FACTOR");
     command->add_flag("--all", request.allEvents, "Also events that tell of no change");
     addCommon(*command, request);
-    command->footer("--all shows the events of the first load, and that every area is up to date.\n"
-                    "Without --for it ends with the story; without a story, on Ctrl-C.\n\n" +
-                    storiesAndExamples());
-    command->final_callback([&request, &output, duration, story] {
+    command->footer(kHelp);
+    command->final_callback([&request, &output, duration, speed] {
+        if (speed->count() != 0 && !request.scenario)
+            throw CLI::ValidationError("--speed is that of a scenario: name one with --scenario");
         WatchOptions options;
         if (duration->count() != 0)
             options.duration = std::chrono::duration<double>(request.seconds);
-        if (story->count() != 0)
-            options.story = findStory(request.story);
-        if (options.story != nullptr && request.profile)
-            throw CLI::ValidationError("a story brings its own switch: leave out --profile");
         options.speed = request.speed;
         options.allEvents = request.allEvents;
-        request.run = [options, &output](Format format) mutable {
+        request.run = [&request, options, &output](Format format) mutable {
             options.format = format;
+            options.play = request.play;
             watch(options, output);
             return 0;
         };
