@@ -4,6 +4,7 @@
 #   development   headers, CMake package, pkg-config file, the link libdatacache.so
 #   zovlib        the simulated switch and its control interface; a real switch library takes its place
 #   tool          dcache and its manual page
+#   zovsim        the simulated switch as a program, its manual pages and scenarios
 #
 # Nothing of it says where it lies: a tree that was installed may be moved.
 include(GNUInstallDirs)
@@ -60,16 +61,30 @@ if(DATACACHE_SIMULATOR)
           LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT zovlib
           INCLUDES DESTINATION ${DATACACHE_INCLUDEDIR})
   install(EXPORT zovlibTargets NAMESPACE datacache:: DESTINATION ${DATACACHE_CMAKEDIR} COMPONENT zovlib)
-  headers_into_their_folders(zovlib sim/Simulator.h sim/Record.h)
+  headers_into_their_folders(zovlib sim/Simulator.h sim/Fault.h sim/Parts.h sim/Record.h sim/Server.h sim/record/Replay.h
+                               sim/verbs/perform.h sim/scenario/Scenario.h sim/scenario/Player.h
+                               sim/scenario/Shipped.h sim/Play.h)
 endif()
 
-# ---- tool -------------------------------------------------------------------------------------------------
+# ---- tool and zovsim --------------------------------------------------------------------------------------
+# install_program(TARGET COMPONENT PAGE...): beside its libraries wherever the tree is put. Packages for the system's
+# folders set CMAKE_SKIP_INSTALL_RPATH.
+function(install_program target component)
+  file(RELATIVE_PATH libraries ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
+  set_target_properties(${target} PROPERTIES INSTALL_RPATH "$ORIGIN/${libraries}")
+  install(TARGETS ${target} RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT ${component})
+  foreach(page ${ARGN})
+    string(REGEX REPLACE ".*\\." "" section ${page})
+    install(FILES ${PROJECT_SOURCE_DIR}/docs/man/${page} DESTINATION ${CMAKE_INSTALL_MANDIR}/man${section}
+            COMPONENT ${component})
+  endforeach()
+endfunction()
+
 if(DATACACHE_TOOL)
-  # Beside its libraries wherever the tree is put. Packages for the system's folders set CMAKE_SKIP_INSTALL_RPATH.
-  file(RELATIVE_PATH libraries_from_tool ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
-  set_target_properties(dcache PROPERTIES INSTALL_RPATH "$ORIGIN/${libraries_from_tool}")
-  install(TARGETS dcache RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tool)
-  if(EXISTS ${PROJECT_SOURCE_DIR}/docs/man/dcache.1)
-    install(FILES ${PROJECT_SOURCE_DIR}/docs/man/dcache.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT tool)
-  endif()
+  install_program(dcache tool dcache.1)
+endif()
+if(DATACACHE_TOOL AND DATACACHE_SIMULATOR)
+  install_program(zovsim zovsim zovsim.1 zovsim-scenario.5)
+  file(GLOB scenarios CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/scenarios/*.toml)
+  install(FILES ${scenarios} DESTINATION ${CMAKE_INSTALL_DATADIR}/datacache/scenarios COMPONENT zovsim)
 endif()

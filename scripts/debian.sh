@@ -49,9 +49,15 @@ holds libzovlib-sim 'usr/lib/[^/]*/libzovlib\.so'
 holds libzovlib-sim 'usr/include/datacache/sim/Simulator\.h'
 holds dcache 'usr/bin/dcache'
 holds dcache 'usr/share/man/man1/dcache\.1\.gz'
-if objdump -p "$out/datacache/debian/dcache/usr/bin/dcache" | grep -E 'RUNPATH|RPATH'; then
-    printf 'dcache: names folders of its own for libraries\n'
-    bad=1
-fi
+holds zovsim 'usr/bin/zovsim'
+holds zovsim 'usr/share/man/man1/zovsim\.1\.gz'
+holds zovsim 'usr/share/man/man5/zovsim-scenario\.5\.gz'
+holds zovsim 'usr/share/datacache/scenarios/demo\.toml'
+for name in dcache zovsim; do
+    if objdump -p "$out/datacache/debian/$name/usr/bin/$name" | grep -E 'RUNPATH|RPATH'; then
+        printf '%s: names folders of its own for libraries\n' "$name"
+        bad=1
+    fi
+done
 (cd "$out" && ls -l ./*.deb)
 exit $bad

@@ -16,7 +16,9 @@ ninja-build             | all                | runs the build
 ccache                  | all                | makes the second build quick
 libcli11-dev            | all                | command line of dcache
 libfmt-dev              | all                | texts of dcache and of the tests
-nlohmann-json3-dev      | all                | JSON output of dcache
+nlohmann-json3-dev      | all                | JSON output of dcache, messages of the simulated switch
+libasio-dev             | all                | sockets of the simulated switch
+libtomlplusplus-dev     | all                | scenario files of the simulated switch
 libgtest-dev            | native asan tsan lint | the tests
 libgmock-dev            | native asan tsan lint | the tests
 g++-powerpc-linux-gnu   | ppc32              | compiler for 32-bit PowerPC

@@ -101,10 +101,16 @@ repeat)
     # What comes out once in a while only: races, and tests that need another's leavings.
     with_fixed_addresses
     for preset in tsan asan; do
-        configure_preset $preset -DDATACACHE_TESTS_WITHOUT= # all there are
+        configure_preset $preset -DDATACACHE_TESTS_WITHOUT= -DDATACACHE_TOOL=ON # all there are
         build $preset
         tests $preset --repeat until-fail:10 --schedule-random
     done
+    configure_preset ppc32 "-DDATACACHE_TESTS_WITHOUT=^tools/" # all but programs that fork with threads
+    build ppc32
+    tests ppc32
+    step "a minute of ten clients, and one of broken frames"
+    DATACACHE_CLIENTS_SECONDS=60 build/asan/tests/sim_remote_TenClients_test
+    DATACACHE_FUZZ_SECONDS=60 build/asan/tests/sim_serve_Fuzz_test
     ;;
 *)
     die "stage.sh: there is no stage '$1'"

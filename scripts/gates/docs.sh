@@ -3,7 +3,8 @@
 #   1. every C++ block is a region of a program in docs/examples/, which is built and run as a test; it is named in a comment
 #      on the line before the block: <!-- docs/examples/NAME.cc: REGION -->. A region stands between "// [REGION]" and
 #      "// [/REGION]". A text block may be named NAME.cc: output, for what the program says it prints. No region is left out;
-#   2. every shell block that is marked <!-- run --> works; the others say <!-- not run: WHY -->;
+#   2. every shell block that is marked <!-- run --> works, after the one of its guide that is marked <!-- before each -->;
+#      the others say <!-- not run: WHY -->. A text block marked <!-- printed --> is what the one before it prints;
 #   3. files that are named exist, in the tree or as tests of it, and functions that are named are somewhere in the code;
 #   4. drawings fit 100 columns.
 #
@@ -62,7 +63,7 @@ while IFS=$'\t' read -r guide line language file name; do
     text) ;;
     *) continue ;;
     esac
-    [ -n "$name" ] || continue
+    case $name in '' | printed) continue ;; esac
     source=${name%%: *}
     region=${name#*: }
     if [ ! -f "$source" ]; then
@@ -84,21 +85,46 @@ while IFS= read -r name; do
 done < <(grep -vxFf "$work/shown" "$work/regions" || true)
 
 # ---- 2. shell
-cmake --build "$build" --target docs_examples >"$work/log" 2>&1 || { cat "$work/log" && die "the programs of docs/examples/ do not build"; }
+cmake --build "$build" --target docs_examples dcache zovsim >"$work/log" 2>&1 || { cat "$work/log" && die "the programs of the guides do not build"; }
+
+# run FILE: in a process group of its own, of which nothing is left afterwards
+run() {
+    local status=0 group
+    TMPDIR=$work setsid bash -euo pipefail "$1" >"$work/printed" 2>"$work/log" </dev/null &
+    group=$!
+    wait $group || status=$?
+    kill -- -$group 2>/dev/null || true
+    return $status
+}
+# What a watch prints has the time of day in front.
+without_times() { sed -E 's/^[0-9]{2}:[0-9]{2}:[0-9]{2}\.[0-9]{3}/TIME/' "$1"; }
+
 ran=0
+before=/dev/null
+before_in=
 while IFS=$'\t' read -r guide line language file name; do
-    [ "$language" = sh ] || continue
-    case $name in
-    run)
-        sed "s|build/dev|$build|g" "$file" >"$work/commands"
-        bash -euo pipefail "$work/commands" >"$work/log" 2>&1 </dev/null || {
-            cat "$work/log"
+    case $language,$name in
+    'sh,before each')
+        before=$file
+        before_in=$guide
+        ;;
+    sh,run)
+        [ "$guide" = "$before_in" ] || before=/dev/null
+        cat "$before" "$file" | sed -E "s#build/(dev|release)#$build#g" >"$work/commands"
+        run "$work/commands" || {
+            cat "$work/printed" "$work/log"
             complain "$guide:$line: these commands fail"
         }
         ran=$((ran + 1))
         ;;
-    'not run: '*) ;;
-    *) complain "$guide:$line: say <!-- run --> or <!-- not run: WHY --> before these commands" ;;
+    'sh,not run: '*) ;;
+    sh,*) complain "$guide:$line: say <!-- run --> or <!-- not run: WHY --> before these commands" ;;
+    text,printed)
+        diff -u --label "what the commands print" --label "$guide:$line" <(without_times "$work/printed") <(without_times "$file") || {
+            cat "$work/log"
+            bad=1
+        }
+        ;;
     esac
 done <"$work/blocks"
 [ $ran -gt 0 ] || complain "no commands of docs/ are run"

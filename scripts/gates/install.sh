@@ -69,7 +69,7 @@ simulated='switch 100000C0DD00A1B2: 24 ports, 2 power supplies, complete'
 prefix=$work/all
 
 step "installing everything, and the example by CMake"
-installed "$prefix" library development zovlib tool
+installed "$prefix" library development zovlib tool zovsim
 ! grep -rIlF "$top" "$prefix" | grep . || die "these installed files know where they were built"
 quietly by_cmake "$work/cmake" "$prefix"
 libraries=
@@ -92,6 +92,10 @@ done <"$work/headers"
 step "the tool, which finds its libraries beside it"
 libraries=
 shows 'wwn=10:00:00:C0:DD:00:A1:B2' "$prefix/bin/dcache" switch -o terse
+
+step "the simulated switch as a program, which finds its library beside it"
+shows 'profile = "fixed-24"' "$prefix/bin/zovsim" scenarios demo
+"$prefix/bin/zovsim" validate "$prefix"/share/datacache/scenarios/*.toml >"$work/log" || die "shipped scenarios are bad"
 
 step "another switch library in the place of the simulated one"
 cat >"$work/tiny.c" <<'TINY'

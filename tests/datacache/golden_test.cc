@@ -126,7 +126,8 @@ TEST_F(Golden, ColdStart) {
         calls(),
         ElementsAreArray(std::vector<std::string>{
             R"(zov_IPConnect(2, "localhost", "cim", "") = 0)",
-            R"(zov_fzsGetZoningLimitations(2) = 0)",
+            R"(zov_fzsGetZoningLimitations(2) = 0 -> zonesets 300, zones 3000, members 12000, zones per zoneset 1000, )"
+            R"(members per zone 500, aliases 3000, members per alias 500)",
             R"(zov_enRegisterForEventList(2, 32, 52, 57, 28, 39, 29, 82, 50, 14, 15, 72, 73, 33, 40, 74, 75, 76, 77, )"
             R"(78, 16, 68, 69, 79, 80, 3, 1, 7, 70) = 0)",
             R"(zov_smlGetBatch(2) = 0: Oper.Switch.WhoIsPrincipal="100000C0DD00A1B2", )"
@@ -182,11 +183,12 @@ TEST_F(Golden, ColdStart) {
                         R"(Oper.Zoning.ActiveChecksum="{}", Oper.Zoning.InactiveChecksum="{}", )"
                         R"(Oper.Zoning.ActiveZoneSet="day")",
                         theSwitch->get("Oper.Zoning.ActiveChecksum"), theSwitch->get("Oper.Zoning.InactiveChecksum")),
-            R"(zov_fzsGetActiveZoneset(2, #1) = 0)",
-            R"(zov_fzsGetZonesetList(2) = 0)",
-            R"(zov_fzsGetZoneset(2, "day", #4) = 0)",
+            R"(zov_fzsGetActiveZoneset(2, #1) = 0 -> "day": zone "oak" 3 ["port 21000024ff4a0001"])",
+            R"(zov_fzsGetZonesetList(2) = 0 -> "day")",
+            R"(zov_fzsGetZoneset(2, "day", #4) = 0 -> "day": zone "oak" 3 ["port 21000024ff4a0001"])",
             R"(zov_ZonesetGetName(#4) = 0)",
-            R"(zov_fzsGetAllZonesAndAliases(2, "__UberZoneset__", #7) = 0)",
+            R"(zov_fzsGetAllZonesAndAliases(2, "__UberZoneset__", #7) = 0 -> "__UberZoneset__": )"
+            R"(zone "oak" 3 ["port 21000024ff4a0001"])",
             R"(zov_ZonesetGetZoneCount(#7) = 1)",
             R"(zov_ZonesetListZones(#7, 0) = 8)",
             R"(zov_ZoneGetMemberCount(#8) = 1)",

@@ -19,6 +19,8 @@ int main(int argc, char **argv) {
         std::cerr << "no private /tmp for this test: " << error.what() << '\n';
         return 1;
     }
+    for (const char *variable : {"ZOVSIM_SOCKET", "XDG_RUNTIME_DIR"})
+        unsetenv(variable);  // a test has a switch of its own, whatever the shell that runs it has
     setenv("TZ", "UTC0", 1); // the same times everywhere, and no file of time zones to read
 #if defined(__powerpc__)
     testing::FLAGS_gtest_death_test_style = "fast"; // an emulated program cannot start itself again

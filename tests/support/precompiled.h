@@ -16,5 +16,6 @@
 #include <fmt/format.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 
 #endif // TESTS_SUPPORT_PRECOMPILED_H
