@@ -101,7 +101,7 @@ repeat)
     # What comes out once in a while only: races, and tests that need another's leavings.
     with_fixed_addresses
     for preset in tsan asan; do
-        configure_preset $preset -DDATACACHE_TESTS_WITHOUT= -DDATACACHE_TOOL=ON # all there are
+        configure_preset $preset -DDATACACHE_TESTS_WITHOUT= -DDATACACHE_TESTS_OVER_SOCKET=ON -DDATACACHE_TOOL=ON # all
         build $preset
         tests $preset --repeat until-fail:10 --schedule-random
     done
