@@ -131,6 +131,7 @@ int watchKeeping(Keeping keeps, bool isServed, const std::vector<sim::Zone> &kep
 } // namespace
 
 /// A server's state file gets its name last.
+// NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name): libc's are its own
 extern "C" int rename(const char *from, const char *to) noexcept {
     static const auto real = reinterpret_cast<decltype(&rename)>(dlsym(RTLD_NEXT, "rename"));
     if (keeping() == Keeping::diesBefore)

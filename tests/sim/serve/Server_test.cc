@@ -15,7 +15,6 @@ using simtest::goOverTheSocket;
 using simtest::kNoConnection;
 using simtest::kSocket;
 using simtest::options;
-using simtest::Process;
 using support::waitUntil;
 
 namespace {
