@@ -129,7 +129,7 @@ std::shared_ptr<Line> Switchboard::revive() {
         if (_line)
             return _line;
     }
-    const std::shared_ptr<Line> line = Line::open(_socketPath);
+    std::shared_ptr<Line> line = Line::open(_socketPath);
     if (!line)
         return nullptr;
     const std::optional<Json> greeted = greet(*line);

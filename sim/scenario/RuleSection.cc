@@ -12,7 +12,7 @@ namespace {
 std::optional<std::string> wordIn(Fields &fields, const RuleWord &word, Reading &reading) {
     if (word.value != RuleValue::commands) {
         const toml::node *node = fields.find(word.name);
-        const std::optional<std::string> value = node ? valueIn(*node) : std::nullopt;
+        std::optional<std::string> value = node ? valueIn(*node) : std::nullopt;
         if (node && !value)
             fields.complainOf(word.name, "must be " + word.allowed());
         return value;
