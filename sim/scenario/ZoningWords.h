@@ -37,9 +37,9 @@ constexpr LimitField kLimitFields[] = {
 constexpr const char *kActiveChecksumKey = "Oper.Zoning.ActiveChecksum";
 constexpr const char *kDefinedChecksumKey = "Oper.Zoning.InactiveChecksum";
 
-/// The member that a text stands for: 16 hexadecimal digits or 8 pairs with colons are a port name, 6 an address, "domain:port" is one, and
-/// anything else is the name of an alias. "alias:NAME" is one whatever the name looks like.
-ZoneMember memberOf(const std::string &text);
+/// The member that a text stands for: 16 hexadecimal digits or 8 pairs with colons are a port name, 6 an address,
+/// "domain:port" is one, and anything else is the name of an alias. "alias:NAME" is one whatever the name looks like.
+ZoneMember memberOf(const std::string &given);
 /// The text that stands for a member.
 std::string textOf(const ZoneMember &member);
 

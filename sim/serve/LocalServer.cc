@@ -82,7 +82,7 @@ bool LocalServer::makeRoom() {
     const auto first = std::min_element(_sessions.begin(), _sessions.end(), isEarlier);
     if ((*first)->hasSpoken())
         return false;
-    const std::shared_ptr<Session> silent = *first;
+    std::shared_ptr<Session> silent = *first; // its end takes it from the list
     silent->close();
     return true;
 }
