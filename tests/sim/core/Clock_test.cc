@@ -189,7 +189,7 @@ TEST_F(Clock, SlowAnswersAreWaitedForWhileItRuns) {
 TEST_F(Clock, ASlowAnswerHoldsUpNobodyElse) {
     addSlowPeer(300);
     device->setPace(Pace::paused);
-    std::future<simtest::Answer> slow = std::async(std::launch::async, [this] { return Client().get(kSlowKey); });
+    std::future<simtest::Answer> slow = std::async(std::launch::async, [] { return Client().get(kSlowKey); });
     EXPECT_EQ(slow.wait_for(kMoment), std::future_status::timeout);
     EXPECT_EQ(read(), 0);
     device->set("Oper.Switch.OperState", "Offline");
@@ -297,7 +297,7 @@ TEST_F(DrivenClock, ACallbackThatPassesTimeMovesItAndNothingElse) {
     during = [this] {
         during = nullptr;
         device->passTime(20s);
-        arrivals.push_back("passed");
+        arrivals.emplace_back("passed");
     };
     device->passTime(10s);
     EXPECT_EQ(arrivals, (Arrivals{"32 at 0", "passed"}));
