@@ -126,7 +126,6 @@ TEST_F(Golden, ColdStart) {
         calls(),
         ElementsAreArray(std::vector<std::string>{
             R"(zov_IPConnect(2, "localhost", "cim", "") = 0)",
-            // NOLINTNEXTLINE(bugprone-suspicious-missing-comma): long lines go on in the next literal
             R"(zov_fzsGetZoningLimitations(2) = 0 -> zonesets 300, zones 3000, members 12000, zones per zoneset 1000, )"
             R"(members per zone 500, aliases 3000, members per alias 500)",
             R"(zov_enRegisterForEventList(2, 32, 52, 57, 28, 39, 29, 82, 50, 14, 15, 72, 73, 33, 40, 74, 75, 76, 77, )"

@@ -185,7 +185,7 @@ TEST(Fields, ARefusalIsToldWholeWhateverBytesItIsAbout) {
     ASSERT_EQ(lines.size(), 6U);
     for (const auto &[line, shown] : std::map<size_t, std::string>{{0, "a"}, {1, "b"}, {3, "c"}, {4, "d"}, {5, "e"}})
         EXPECT_NE(lines[line].find("'" + shown + "\\x00'"), std::string::npos) << lines[line];
-    for (const size_t line : {0, 1, 3, 4})
+    for (const size_t line : {0U, 1U, 3U, 4U})
         EXPECT_NE(lines[line].find("'; allowed: "), std::string::npos) << lines[line];
 }
 
