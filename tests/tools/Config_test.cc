@@ -15,7 +15,6 @@ using namespace dcache;
 using support::runDcache;
 using testing::HasSubstr;
 using testing::IsEmpty;
-using testing::Not;
 
 namespace {
 
