@@ -32,7 +32,7 @@ part_docs() { $gates/docs.sh $build; }
 # Of everything that runs on the switch. The rest takes longer than a change should wait, and is not among the parts that
 # run by default. Examples are no part of this build.
 part_tidy() { scripts/tidy.sh $build '*.cc' ':!tests' ':!examples' ':!sim' ':!tools'; }
-# Their precompiled headers are another compiler's to clang.
+# Of the simulated switch, the tools and the tests. Their precompiled headers are GCC's, which clang cannot read.
 part_tidy_rest() {
     mkdir -p build/lint/plain
     sed -E 's# -Winvalid-pch -include [^ "]*/cmake_pch\.hxx##' $build/compile_commands.json >build/lint/plain/compile_commands.json
